@@ -1,0 +1,14 @@
+// What every module shares: the program's titles and the plain types that cross module borders.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+inline constexpr char PROGRAM_TITLE[] =
+    "Tolvan Programmer V1.17";                            // title, window class and caption of questions
+inline constexpr char COMM_TITLE[] = "Tolvan Programmer"; // caption of communication errors
+inline constexpr char OUT_OF_MEMORY_TEXT[] = "System out of memory!";
+inline constexpr char MEMORY_CAPTION[] = "Memory Allocation";
+
+// A window as logic sees it: something to hand on to the desktop. In screens it is an HWND.
+using WINDOW = void*;

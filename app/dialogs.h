@@ -1,0 +1,50 @@
+// What every dialog shares: its place on the screen, filters on controls, steppers, toolbars.
+#pragma once
+
+#include <windows.h>
+
+#include <span>
+#include <string>
+
+extern HINSTANCE hInstance; // the module that holds every dialog, menu, picture and string
+extern HWND hwndmain;       // the main window
+
+// Moves a window to the centre of the screen's work area: the full-screen client area with the height of a
+// menu bar added. The size is kept.
+void center_window(HWND hwnd);
+
+// Runs a modal dialog; `parameter` reaches it with WM_INITDIALOG. Returns the dialog's result.
+INT_PTR run_dialog(int dialog_id, HWND owner, DLGPROC procedure, LPARAM parameter = 0);
+
+// Whole text of a window or of a dialog's control, whatever its length.
+std::string window_text(HWND window);
+std::string control_text(HWND dialog, int control);
+void set_control_text(HWND dialog, int control, const std::string& text);
+
+// Gives a control another window procedure and keeps its own, which own_procedure_of() tells the filter for
+// what it does not take; remove_filter() gives it back.
+void install_filter(HWND control, WNDPROC filter);
+void remove_filter(HWND control);
+LRESULT call_own_procedure(HWND control, UINT message, WPARAM wParam, LPARAM lParam);
+
+// Filter for numeric edits: refuses every character but digits and backspace with a beep. Pasting stays open.
+LRESULT CALLBACK INTPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+
+// The number in an edit: leading digits, 0 when there are none or they do not fit.
+unsigned edit_number(HWND dialog, int control);
+
+// One step of a numeric edit by its arrows: beeps at the limit and leaves the value, else shows the new one.
+// The text typed so far takes part. `direction` is above 0 for up.
+void step_edit(HWND dialog, int control, int direction, unsigned lowest, unsigned highest);
+
+// Drop-down lists: fill with texts and select one; an index outside the list selects nothing.
+void fill_list(HWND dialog, int control, std::span<const char* const> texts, unsigned selected);
+unsigned selected_entry(HWND dialog, int control, unsigned if_none);
+
+// A toolbar of push buttons with tooltips, each `width` by `height` pixels, its pictures the cells of a
+// bitmap resource in order. nullptr when it cannot be created; then the operator has been told.
+HWND create_toolbar(HWND owner, int control_id, int bitmap_id, std::span<const int> commands, int width,
+                    int height);
+
+// Answers a toolbar's request for a tooltip: the string resource whose identifier is the command.
+void give_tooltip_text(LPARAM lParam);

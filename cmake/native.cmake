@@ -1,0 +1,31 @@
+# The native side: logic tests against scripted seams, and the benchmarks.
+find_package(GTest REQUIRED)
+
+add_library(tolvan_test_seams STATIC tests/desktop_script.cpp tests/line_script.cpp)
+target_link_libraries(tolvan_test_seams PUBLIC tolvan_logic)
+
+add_executable(logic_tests
+    tests/app_test.cpp
+    tests/checksum_test.cpp
+    tests/comm_log_test.cpp
+    tests/comm_modem_test.cpp
+    tests/comm_noise_test.cpp
+    tests/comm_settings_test.cpp
+    tests/comm_transfer_test.cpp
+    tests/comm_xmodem_test.cpp
+    tests/program_checks_test.cpp
+    tests/program_file_test.cpp
+    tests/program_text_test.cpp
+    tests/setup_file_test.cpp)
+target_link_libraries(logic_tests PRIVATE tolvan_test_seams GTest::gtest_main)
+target_compile_definitions(logic_tests PRIVATE TOLVAN_SAMPLES="${CMAKE_SOURCE_DIR}/samples")
+
+# Makes the files in samples/ with the program's own code.
+add_executable(make_samples tools/make_samples.cpp)
+target_link_libraries(make_samples PRIVATE tolvan_test_seams)
+
+if(TOLVAN_BENCH)
+    find_package(benchmark REQUIRED)
+    add_executable(tolvan_bench bench/tolvan_bench.cpp)
+    target_link_libraries(tolvan_bench PRIVATE tolvan_test_seams benchmark::benchmark)
+endif()

@@ -1,0 +1,48 @@
+# The Windows side: the program, its screen tests and the tool that drives it from outside.
+enable_language(RC)
+
+# One file that needs nothing but Windows.
+target_link_options(tolvan_options INTERFACE -static)
+target_compile_definitions(tolvan_options INTERFACE WINVER=0x0601 _WIN32_WINNT=0x0601 NOMINMAX)
+
+add_library(tolvan_screens STATIC
+    app/about.cpp
+    app/desktop_win32.cpp
+    app/dialogs.cpp
+    app/file_dialog.cpp
+    app/main_window.cpp
+    app/progress.cpp
+    comm/PCOM_screens.cpp
+    comm/PCOM_setup.cpp
+    comm/line_win32.cpp)
+target_link_libraries(tolvan_screens PUBLIC tolvan_logic comctl32 comdlg32 gdi32 ole32 shell32 user32)
+
+set(TOLVAN_RESOURCES resources/TolvanP.rc)
+set_source_files_properties(${TOLVAN_RESOURCES} PROPERTIES
+    COMPILE_OPTIONS "-c;65001"
+    OBJECT_DEPENDS "${CMAKE_SOURCE_DIR}/resources/app.rc;${CMAKE_SOURCE_DIR}/resources/comm.rc;${CMAKE_SOURCE_DIR}/resources/define.h;${CMAKE_SOURCE_DIR}/resources/control.h;${CMAKE_SOURCE_DIR}/resources/toolbar.bmp;${CMAKE_SOURCE_DIR}/resources/TolvanP.ico;${CMAKE_SOURCE_DIR}/resources/TolvanP.manifest")
+
+add_executable(TolvanP WIN32 app/main.cpp ${TOLVAN_RESOURCES})
+target_include_directories(TolvanP PRIVATE ${CMAKE_SOURCE_DIR})
+target_link_libraries(TolvanP PRIVATE tolvan_screens)
+target_link_options(TolvanP PRIVATE -s)
+
+# GoogleTest for Windows is built from the sources that Debian packages.
+set(GOOGLETEST_SOURCE /usr/src/googletest CACHE PATH "GoogleTest's sources")
+if(EXISTS ${GOOGLETEST_SOURCE}/CMakeLists.txt)
+    set(INSTALL_GTEST OFF CACHE INTERNAL "")
+    set(BUILD_GMOCK OFF CACHE INTERNAL "")
+    add_subdirectory(${GOOGLETEST_SOURCE} googletest EXCLUDE_FROM_ALL SYSTEM)
+    add_executable(screen_tests
+        tests/screens/app_screens_test.cpp
+        tests/screens/comm_screens_test.cpp
+        tests/screens/drive_dialog.cpp
+        tests/screens/screen_tests_main.cpp
+        ${TOLVAN_RESOURCES})
+    target_include_directories(screen_tests PRIVATE ${CMAKE_SOURCE_DIR})
+    target_link_libraries(screen_tests PRIVATE tolvan_screens gtest)
+endif()
+
+# Drives the running program from another process: one command a line, one answer a line.
+add_executable(drive tests/program/drive.cpp)
+target_link_libraries(drive PRIVATE tolvan_options user32)

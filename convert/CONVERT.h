@@ -1,0 +1,9 @@
+// Files of the earlier Quendal model.
+#pragma once
+
+#include <string>
+
+// Read an earlier-model program or setup file into the current records. Return 1 when it was read, else 0
+// (reported).
+int open_quendal_program_file(const std::string& file_name);
+int open_quendal_setup_file(const std::string& file_name);

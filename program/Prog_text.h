@@ -1,0 +1,25 @@
+// Texts for the portable. Stored text holds the bytes as the portable has them, 0xFF standing for NUL;
+// escaped text is what the operator sees and types: a slash and two hexadecimal digits for any byte, "//" for
+// a slash.
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+
+// Stored text to escaped text; digits in upper case, 0xFF as "/00".
+std::string translate_hex_to_string(std::string_view stored);
+
+// Escaped text to stored text. A malformed token is dropped with the two characters behind its slash.
+std::string translate_string_to_hex(std::string_view escaped);
+
+// Stored text to the text of a static control: '&' doubled, every byte that cannot be shown as 0x7F.
+std::string convert_ampersands_and_nonascii(std::string_view stored);
+
+// The catalogue of special characters that the operator picks from.
+struct SPECIAL_CHARACTER {
+    const char* hex_string; // the escaped token
+    const char* ascii_def;  // mnemonic of a control character, or "Tolvan Non-Ascii"
+    const char* output;     // what the portable does with the byte
+};
+extern const std::array<SPECIAL_CHARACTER, 80> CHAR_TABLE;

@@ -1,0 +1,55 @@
+// Commands, dialogs and other resources. Command identifiers double as identifiers of their tooltip strings.
+#pragma once
+
+#define ICON_MAIN 1
+#define MENU_MAIN 1
+#define MENU_SENDRECEIVE 2
+#define MENU_MONITOR 3
+#define BITMAP_MAIN_TOOLBAR 31
+#define ID_MAIN_TOOLBAR 17
+
+// Commands of the main window
+#define CMD_PROGRAMMING 101
+#define CMD_LOOKUP_EDITOR 102
+#define CMD_DATA_EDITOR 103
+#define CMD_LIBRARIAN 105
+#define CMD_EXIT 106
+#define CMD_COMM_SETUP 107
+#define CMD_SEND 108
+#define CMD_RECEIVE 109
+#define CMD_AUTO_RECEIVE 110
+#define CMD_NON_PORTABLE 111
+#define CMD_WEDGE 112
+#define CMD_SETUP_TRANSMIT 114
+#define CMD_SETUP_OTHER 115
+#define CMD_OPEN_SETUP 116
+#define CMD_SAVE_SETUP 117
+#define CMD_RESET_SETUP 118
+#define CMD_CODE39 119
+#define CMD_UPC 120
+#define CMD_EAN 121
+#define CMD_ADDONS 122
+#define CMD_I2OF5 123
+#define CMD_CODABAR 124
+#define CMD_CODE128 125
+#define CMD_CODE93 126
+#define CMD_MSI_PLESSEY 127
+#define CMD_CODE11 128
+#define CMD_TERMCHAR 129
+#define CMD_AMBLES 130
+#define CMD_BAR_EDIT 131
+#define CMD_BAR_BEEPER 132
+#define CMD_LASER_CCD 133
+#define CMD_BAR_OTHER 134
+#define CMD_UPGRADE 135
+#define CMD_MONITOR 136
+#define CMD_HELP_TOPICS 155
+#define CMD_ABOUT 156
+
+// Dialogs
+#define DLG_ABOUT 200
+#define DLG_STATUS 201
+#define DLG_COMM_SETUP 210
+#define DLG_PHONE_NUMBER 211
+#define DLG_SEND_RECEIVE 212
+#define DLG_EXTENSION 213

@@ -1,0 +1,32 @@
+// The desktop of the logic tests: a clock that moves only when it is read, settings in memory, and message
+// boxes that must have been announced.
+#pragma once
+
+#include "app/desktop.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+struct SHOWN_MESSAGE {
+    std::string text;
+    std::string caption;
+    MESSAGE_ICON icon;
+    MESSAGE_BUTTONS buttons;
+    bool operator==(const SHOWN_MESSAGE&) const = default;
+};
+
+// Announces the next message box and the button that the operator will press. A box that was not announced,
+// or another than announced, aborts the test.
+void expect_message(const std::string& text, const std::string& caption, MESSAGE_ICON icon,
+                    MESSAGE_BUTTONS buttons = MESSAGE_BUTTONS::OK, BUTTON answer = BUTTON::OK);
+
+// Forgets everything announced, all settings and the clock. Returns what was announced but never shown.
+std::vector<SHOWN_MESSAGE> reset_desktop();
+
+extern std::map<std::string, std::string> desktop_settings; // "SECTION/KEY" to value
+extern std::uint32_t desktop_clock;                         // milliseconds
+extern std::uint32_t desktop_clock_step;                    // how far a reading moves it
+extern LOCAL_TIME desktop_time;
+extern int desktop_beeps;
+extern std::vector<std::string> desktop_status_log; // "open 4", "update 128/500", "close"
