@@ -242,7 +242,7 @@ void init_field(FIELD_DEFINITION& field) {
     field.input_source = SOURCE_BAR_CODE;
     field.output_format = 'V';
     field.barcode_bit_values = BARCODE_ALL | BARCODE_AUTO_ADVANCE;
-    field.input_mask_handle = "A";
+    field.input_mask_handle.assign(1, 'A');
     field.suffix_text_handle = "\r\n";
 }
 
