@@ -269,15 +269,18 @@ class Transfer:
         return self.status
 
 
+def start_wine(*command, **options):
+    return subprocess.Popen(["wine", *command], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                            stderr=subprocess.DEVNULL, **options)
+
+
 class Program:
     """The running program. Settings are {section: {key: value}}; None keeps those of an earlier run."""
 
     def __init__(self, *arguments, settings=(), folder=None, environment=()):
         if settings is not None:
             write_settings(dict(settings))
-        self.process = subprocess.Popen(["wine", PROGRAM, *arguments], cwd=folder, stdin=subprocess.DEVNULL,
-                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                                        env={**os.environ, **dict(environment)})
+        self.process = start_wine(PROGRAM, *arguments, cwd=folder, env={**os.environ, **dict(environment)})
         self.windows_process = None
 
     def __enter__(self):
