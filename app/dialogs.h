@@ -42,7 +42,7 @@ void fill_list(HWND dialog, int control, std::span<const char* const> texts, uns
 unsigned selected_entry(HWND dialog, int control, unsigned if_none);
 
 // A toolbar of push buttons with tooltips, each `width` by `height` pixels, its pictures the cells of a
-// bitmap resource in order. nullptr when it cannot be created; then the operator has been told.
+// 32-bit bitmap resource in order. nullptr when it cannot be created; then the operator has been told.
 HWND create_toolbar(HWND owner, int control_id, int bitmap_id, std::span<const int> commands, int width,
                     int height);
 
