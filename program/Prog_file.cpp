@@ -184,7 +184,7 @@ int load_from_library(WINDOW owner, std::string file_name) {
     if (extracted != 1)
         return extracted;
     const int result = load_extracted_program(file_name);
-    std::remove(file_name.c_str());
+    static_cast<void>(std::remove(file_name.c_str())); // best effort: it is only a left-over
     return result;
 }
 
