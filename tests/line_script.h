@@ -27,10 +27,11 @@ struct LINE_SCRIPT {
 };
 extern LINE_SCRIPT line_script;
 
+// "STATUS Waiting", "button Cancel", "file A.001", "ask number", "open", "close", or "> " and the bytes sent.
 struct LINE_EVENT {
     std::uint32_t at;
-    std::string
-        text; // "STATUS Waiting", "button Cancel", "file A.001", "open", "close", or "> " and bytes sent
+    std::uint32_t until; // for bytes sent: when the last one went out
+    std::string text;
 };
 
 struct LINE_RECORD {
