@@ -1,0 +1,49 @@
+#include "app/command_line.h"
+
+#include "app/paths.h"
+
+std::string command_line_string;
+unsigned char command_line_options_flag = 0;
+bool quick_start_flag = false;
+
+namespace {
+
+constexpr char BLANKS[] = " \t";
+
+std::string_view without_blanks(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(BLANKS);
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(BLANKS) - first + 1);
+}
+
+// The option letter that the command line starts with, in upper case; 0 for anything else.
+char option_letter(std::string_view command_line) {
+    if (command_line.size() < 3 || command_line[0] != '-' || command_line[2] != '=')
+        return 0;
+    switch (command_line[1]) {
+    case 'S':
+    case 's':
+        return 'S';
+    case 'R':
+    case 'r':
+        return 'R';
+    case 'F':
+    case 'f':
+        return 'F';
+    default:
+        return 0;
+    }
+}
+
+} // namespace
+
+COMMAND_LINE_REQUEST parse_command_line(std::string_view command_line) {
+    const char option = option_letter(command_line);
+    if (option == 0)
+        return {};
+    const std::string file = without_quotes(without_blanks(command_line.substr(3)));
+    if (file.empty())
+        return {};
+    return {option, file};
+}

@@ -1,0 +1,127 @@
+#include "app/files.h"
+
+#include "app/checksum.h"
+#include "app/desktop.h"
+#include "app/paths.h"
+
+#include <algorithm>
+#include <exception>
+#include <sys/types.h>
+
+namespace {
+
+constexpr int SIBLING_TRIES = 1000;
+
+// A name for a new file in the folder of `name`, so that the new file can take the old one's place by a
+// rename. Empty when all names are taken.
+std::string sibling_name(const std::string& name) {
+    for (int number = 0; number < SIBLING_TRIES; ++number) {
+        std::string candidate = path_folder(name) + "~TOLVAN" + std::to_string(number) + ".TMP";
+        if (!open_file(candidate, "rb"))
+            return candidate;
+    }
+    return {};
+}
+
+bool write_file(const std::string& name, std::string_view bytes) {
+    FILE_HANDLE file = open_file(name, "wb");
+    if (!file)
+        return false;
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
+    // What the library still holds goes out at the close: a full disk may show only there.
+    return std::fclose(file.release()) == 0 && written;
+}
+
+} // namespace
+
+FILE_HANDLE open_file(const std::string& name, const char* mode) {
+    return FILE_HANDLE(std::fopen(name.c_str(), mode));
+}
+
+std::int64_t file_length(std::FILE* file) {
+    const std::int64_t position = ftello(file);
+    if (position < 0 || fseeko(file, 0, SEEK_END) != 0)
+        return -1;
+    const std::int64_t length = ftello(file);
+    return seek_file(file, position) ? length : -1;
+}
+
+bool seek_file(std::FILE* file, std::int64_t position) {
+    return fseeko(file, static_cast<off_t>(position), SEEK_SET) == 0;
+}
+
+std::optional<std::string> read_whole_file(std::FILE* file) {
+    const std::int64_t length = file_length(file);
+    if (length < 0 || !seek_file(file, 0))
+        return {};
+    std::string bytes;
+    try {
+        bytes.resize(static_cast<std::size_t>(length));
+    } catch (const std::exception&) { // too long for memory or for any string
+        return {};
+    }
+    if (std::fread(bytes.data(), 1, bytes.size(), file) != bytes.size())
+        return {};
+    return bytes;
+}
+
+bool save_with_checksum(const std::string& name, std::string_view bytes, int checksum_type) {
+    const std::string sibling = sibling_name(name);
+    if (sibling.empty())
+        return false;
+    if (write_file(sibling, bytes) && write_checksum(sibling, checksum_type) && replace_file(sibling, name))
+        return true;
+    std::remove(sibling.c_str());
+    return false;
+}
+
+std::uint8_t read_byte(BYTE_READER& reader) {
+    if (reader.position >= reader.bytes.size()) {
+        reader.past_end = true;
+        return 0;
+    }
+    return static_cast<std::uint8_t>(reader.bytes[reader.position++]);
+}
+
+std::uint16_t read_word(BYTE_READER& reader) {
+    const std::uint16_t high = read_byte(reader);
+    return static_cast<std::uint16_t>((high << 8) | read_byte(reader));
+}
+
+std::uint32_t read_long(BYTE_READER& reader) {
+    const std::uint32_t high = read_word(reader);
+    return (high << 16) | read_word(reader);
+}
+
+std::string_view read_string(BYTE_READER& reader) {
+    const std::string_view rest = reader.bytes.substr(std::min(reader.position, reader.bytes.size()));
+    const std::size_t length = std::min(rest.find('\0'), rest.size());
+    reader.position += length;
+    read_byte(reader);
+    return rest.substr(0, length);
+}
+
+void append_byte(std::string& image, std::uint8_t value) {
+    image.push_back(static_cast<char>(value));
+}
+
+void append_word(std::string& image, std::uint16_t value) {
+    append_byte(image, static_cast<std::uint8_t>(value >> 8));
+    append_byte(image, static_cast<std::uint8_t>(value & 0xFF));
+}
+
+void append_long(std::string& image, std::uint32_t value) {
+    append_word(image, static_cast<std::uint16_t>(value >> 16));
+    append_word(image, static_cast<std::uint16_t>(value & 0xFFFF));
+}
+
+void append_text(std::string& image, std::string_view text) {
+    image.append(text);
+    image.push_back('\0');
+}
+
+void put_long(std::string& image, std::size_t position, std::uint32_t value) {
+    std::string bytes;
+    append_long(bytes, value);
+    image.replace(position, bytes.size(), bytes);
+}

@@ -24,7 +24,8 @@ std::int64_t file_length(std::FILE* file);
 // Moves to `position`, which may lie past 2 GiB. False when the file refuses.
 bool seek_file(std::FILE* file, std::int64_t position);
 
-// All bytes of an open file from its start; nothing when they could not all be read.
+// All bytes of an open file from its start; nothing when they could not all be read or memory cannot hold
+// them.
 std::optional<std::string> read_whole_file(std::FILE* file);
 
 // Writes `bytes` to a new sibling of `name`, stamps its checksum of the given type, and only then puts it in
@@ -40,6 +41,9 @@ struct BYTE_READER {
 std::uint8_t read_byte(BYTE_READER& reader);
 std::uint16_t read_word(BYTE_READER& reader); // big-endian
 std::uint32_t read_long(BYTE_READER& reader); // big-endian
+
+// The bytes up to the next NUL, which is consumed. They lie in the reader's image.
+std::string_view read_string(BYTE_READER& reader);
 
 // Appends to a file image; numbers big-endian, a text with its NUL.
 void append_byte(std::string& image, std::uint8_t value);

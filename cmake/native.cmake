@@ -29,3 +29,6 @@ if(TOLVAN_BENCH)
     add_executable(tolvan_bench bench/tolvan_bench.cpp)
     target_link_libraries(tolvan_bench PRIVATE tolvan_test_seams benchmark::benchmark)
 endif()
+
+# Preloaded by the program tests; it meets Wine's processes, so no sanitizer may be in it.
+add_library(fake_modem MODULE tests/program/fake_modem.c)

@@ -10,12 +10,13 @@ add_library(tolvan_screens STATIC
     app/desktop_win32.cpp
     app/dialogs.cpp
     app/file_dialog.cpp
+    app/ini_file.cpp
     app/main_window.cpp
     app/progress.cpp
     comm/PCOM_screens.cpp
     comm/PCOM_setup.cpp
     comm/line_win32.cpp)
-target_link_libraries(tolvan_screens PUBLIC tolvan_logic comctl32 comdlg32 gdi32 ole32 shell32 user32)
+target_link_libraries(tolvan_screens PUBLIC tolvan_logic comctl32 comdlg32 gdi32 ole32 shell32 user32 winmm)
 
 set(TOLVAN_RESOURCES resources/TolvanP.rc)
 set_source_files_properties(${TOLVAN_RESOURCES} PROPERTIES

@@ -69,10 +69,6 @@ bool carrier_detect(LINE* port);
 // Waits without pumping messages: the screen freezes meanwhile.
 void delay(std::uint32_t milliseconds);
 
-// Calls clear_line_error until the error word is empty, then writes one byte, without regard to flow control
-// or cancel: for modem commands and for the last byte of a transfer.
-void write_direct(LINE* port, std::uint8_t byte);
-
 // --- the modem (PCOM_modem.cpp); all return a TRANSFER_RESULT ---
 
 int send_modem(WINDOW screen,

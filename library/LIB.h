@@ -3,12 +3,24 @@
 
 #include "app/TolvanP.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <string>
+
+// How every program, setup and lookup file starts. Bytes that a short file lacks count as 0.
+struct FILE_START {
+    std::uint32_t length; // the length word
+    std::uint8_t type;    // the type byte
+};
+FILE_START read_file_start(std::FILE* file);
 
 // 1 when at least one byte stands between the file's position and its end and all of them are NUL, else 0.
 // A block transfer pads a file so.
 int is_null_padded(std::FILE* file);
+
+// True when a program or setup file with this length word fills the whole file, but for NULs behind it.
+// Otherwise it may be the first member of a library.
+bool fills_file(std::FILE* file, std::uint32_t length);
 
 // True when a file of this type byte can be a member of a library.
 bool is_library_member_type(unsigned char file_type);

@@ -107,4 +107,4 @@ inline constexpr unsigned char SETUP_BAD_CHECKSUM = 0xFF;
 // Reads a setup file into the record. Returns 1; SETUP_BAD_CHECKSUM when the record was loaded but its
 // checksum is wrong; 0 when nothing was loaded (all reported); or what the library or earlier-model reader
 // returned.
-unsigned char open_setup_file(std::string filename);
+unsigned char open_setup_file(const std::string& filename);

@@ -1,0 +1,29 @@
+// One poll of the line during a transfer. Every loop polls in the same order: clear the line's errors, look
+// at the carrier, take one window message, and only then move a byte. A line that has been silent for a while
+// gives the processor away at each poll; one on which bytes flow never does.
+#pragma once
+
+#include "app/TolvanP.h"
+#include "comm/line.h"
+
+#include <cstdint>
+#include <optional>
+
+// Polls for input. TRANSFER_COMPLETED, with `byte` set when one waited on an errorless line;
+// TRANSFER_NO_CARRIER or TRANSFER_CANCELLED, with nothing read.
+int poll_byte(WINDOW screen, LINE* port, std::optional<std::uint8_t>& byte);
+
+// What must hold on an errorless line before a byte may go out.
+using SEND_RULE = bool (*)(const LINE_STATUS& status);
+bool always_allowed(const LINE_STATUS& status);
+
+// Polls until `rule` lets the byte out and it has gone. TRANSFER_COMPLETED, TRANSFER_NO_CARRIER,
+// TRANSFER_CANCELLED, or TRANSFER_LINE_FAILED when the write itself fails.
+int send_byte(WINDOW screen, LINE* port, std::uint8_t byte, SEND_RULE rule);
+
+// Calls clear_line_error until the error word is empty, then writes the byte once, without regard to flow
+// control or cancel: for modem commands and for the last byte of a transfer.
+LINE_WRITE write_direct(LINE* port, std::uint8_t byte);
+
+// Gives the processor away when no byte has come or gone for a while.
+void rest_when_silent();
