@@ -11,6 +11,7 @@ add_executable(logic_tests
     tests/comm_modem_test.cpp
     tests/comm_noise_test.cpp
     tests/comm_settings_test.cpp
+    tests/comm_test.cpp
     tests/comm_transfer_test.cpp
     tests/comm_xmodem_test.cpp
     tests/program_checks_test.cpp
