@@ -1,6 +1,10 @@
 // Controls of the dialogs.
 #pragma once
 
+#ifndef IDC_STATIC
+#define IDC_STATIC (-1) // labels and frames
+#endif
+
 // Progress box
 #define IDC_STATUS_TEXT 1001
 #define IDC_STATUS_BAR 1002
