@@ -18,6 +18,8 @@
 
 namespace {
 
+constexpr char ABOUT_TITLE[] = "About Tolvan Programmer";
+
 class MainWindow : public testing::Test {
 protected:
     static void SetUpTestSuite() {
@@ -39,7 +41,7 @@ protected:
 std::string menu_lines(HMENU menu, int depth = 0) {
     std::string lines;
     for (int i = 0; i < GetMenuItemCount(menu); ++i) {
-        char text[64] = "-";
+        char text[64] = ""; // of a separator nothing
         GetMenuStringA(menu, static_cast<UINT>(i), text, sizeof text, MF_BYPOSITION);
         lines += std::string(static_cast<std::size_t>(depth), ' ') + text;
         if (HMENU popup = GetSubMenu(menu, i))
@@ -59,14 +61,14 @@ TEST_F(MainWindow, HasItsMenu) {
               "  Code 128 125\n  Code 93 126\n  MSI/Plessey 127\n  Code 11 128\n  Termination Char 129\n"
               "  Preamble/Postamble 130\n  Bar Code Edit 131\n  Bar Code Beeper 132\n"
               "  Laser/CCD Options 133\n  Other Bar Code Options 134\n"
-              " Communications 114\n Laser/CCD Options 133\n Other Setup 115\n -\n"
+              " Communications 114\n Laser/CCD Options 133\n Other Setup 115\n \n"
               " Open Setup 116\n Save Setup 117\n Reset Setup 118\n"
               "&Editor\n Lookup File 102\n Data File 103\n"
               "&Librarian 105\n"
               "&Communications\n Setup 107\n Send File 108\n Receive File 109\n Auto Receive 110\n"
               " Upgrade Flash 135\n"
               "&Monitor 136\n"
-              "&Help\n Help Topics 155\n -\n About TolvanP 156\n");
+              "&Help\n Help Topics 155\n \n About TolvanP 156\n");
 }
 
 TEST_F(MainWindow, HasItsToolbar) {
@@ -105,15 +107,14 @@ TEST_F(MainWindow, HasItsToolbar) {
 TEST_F(MainWindow, TakesNoCommandBehindADialog) {
     drive([] { SendMessageA(hwndmain, WM_COMMAND, CMD_ABOUT, 0); },
           [] {
-              HWND about = wait_for_window("About Tolvan Programmer");
+              HWND about = wait_for_window(ABOUT_TITLE);
               for (const int command : {CMD_EXIT, CMD_ABOUT, CMD_RESET_SETUP})
                   choose_command(hwndmain, command);
               PostMessageA(hwndmain, WM_CLOSE, 0, 0);
               settle();
               EXPECT_TRUE(IsWindow(hwndmain));
-              EXPECT_EQ(wait_for_window("About Tolvan Programmer"), about);
-              close_window(about);
-              wait_until_closed(about);
+              EXPECT_EQ(wait_for_window(ABOUT_TITLE), about);
+              PostMessageA(about, WM_CLOSE, 0, 0);
           });
     EXPECT_TRUE(IsWindowEnabled(hwndmain));
     SendMessageA(hwndmain, WM_COMMAND, 104, 0); // a number without an entry
@@ -143,17 +144,18 @@ TEST_F(MainWindow, WritesItsSettingsWhenTheSessionEnds) {
     EXPECT_EQ(read_setting_text("DIRECT", "M_DIRECT", "", DIRECTORY_LIMIT), "C:\\trace\\");
 }
 
-TEST(AboutBox, EndsByItsButtonAndByItsCloseBox) {
-    for (const int key : {VK_RETURN, 0}) {
+TEST(AboutBox, EndsByEveryKeyAndByItsCloseBox) {
+    struct ROW {
+        UINT message;
+        WPARAM parameter;
+    };
+    for (const ROW& row : {ROW{WM_KEYDOWN, VK_RETURN}, {WM_KEYDOWN, VK_ESCAPE}, {WM_SYSCOMMAND, SC_CLOSE}}) {
         INT_PTR result = 0;
         drive([&] { result = run_dialog(DLG_ABOUT, nullptr, TolvanABOUTPROC); },
               [&] {
-                  HWND about = wait_for_window("About Tolvan Programmer");
+                  HWND about = wait_for_window(ABOUT_TITLE);
                   EXPECT_EQ(focused_control(about), IDOK);
-                  if (key == 0)
-                      close_window(about);
-                  else
-                      press_key(key);
+                  PostMessageA(about, row.message, row.parameter, 0);
               });
         EXPECT_EQ(result, 1);
     }
@@ -232,7 +234,7 @@ TEST(ProgressBox, ShowsHowFarTheWorkIs) {
     }
 }
 
-TEST(MessageBox, AnswersWithTheButtonPressed) {
+TEST(Message, AnswersWithTheButtonPressed) {
     constexpr std::pair<int, BUTTON> ANSWERS[] = {
         {IDYES, BUTTON::YES}, {IDNO, BUTTON::NO}, {IDCANCEL, BUTTON::CANCEL}};
     for (const auto& [button, expected] : ANSWERS)
@@ -274,13 +276,11 @@ TEST(IniFile, IsProbedWithoutATrace) {
     std::ofstream(name) << "[DIRECT]";
     EXPECT_TRUE(can_write_file(name));
     EXPECT_EQ(file_bytes(name), "[DIRECT]");
-    SetFileAttributesA(name.c_str(), FILE_ATTRIBUTE_READONLY);
-    EXPECT_FALSE(can_write_file(name));
-    SetFileAttributesA(name.c_str(), FILE_ATTRIBUTE_NORMAL);
     DeleteFileA(name.c_str());
     EXPECT_TRUE(can_write_file(name));
     EXPECT_EQ(GetFileAttributesA(name.c_str()), INVALID_FILE_ATTRIBUTES);
     EXPECT_FALSE(can_write_file(name + "\\no such folder\\TolvanP.INI"));
+    EXPECT_FALSE(can_write_file("C:\\")); // a folder
 }
 
 TEST(Desktop, ReplacesAFileOnlyByAnother) {
