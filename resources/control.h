@@ -1,6 +1,8 @@
 // Controls of the dialogs.
 #pragma once
 
+#define IDC_STATIC -1 // labels and frames, which nobody asks for
+
 // Progress box
 #define IDC_STATUS_TEXT 1001
 #define IDC_STATUS_BAR 1002
