@@ -1,9 +1,7 @@
 // Controls of the dialogs.
 #pragma once
 
-#ifndef IDC_STATIC
-#define IDC_STATIC (-1) // labels and frames
-#endif
+#define IDC_STATIC -1 // labels and frames, which nobody asks for
 
 // Progress box
 #define IDC_STATUS_TEXT 1001
