@@ -104,6 +104,17 @@ void step_edit(HWND dialog, int control, int direction, unsigned lowest, unsigne
         SetDlgItemInt(dialog, control, up ? number + 1 : number - 1, FALSE);
 }
 
+void prepare_stepper(HWND dialog, int updown) {
+    // A range with room both ways and no fellow window: the position moves freely and means nothing.
+    SendDlgItemMessageA(dialog, updown, UDM_SETRANGE32, static_cast<WPARAM>(INT_MIN / 2), INT_MAX / 2);
+    SendDlgItemMessageA(dialog, updown, UDM_SETPOS32, 0, 0);
+}
+
+int step_direction(LPARAM lParam) {
+    const auto* step = reinterpret_cast<const NMUPDOWN*>(lParam);
+    return step->hdr.code == UDN_DELTAPOS ? step->iDelta : 0;
+}
+
 void fill_list(HWND dialog, int control, std::span<const char* const> texts, unsigned selected) {
     HWND list = GetDlgItem(dialog, control);
     SendMessageA(list, CB_RESETCONTENT, 0, 0);

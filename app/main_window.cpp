@@ -73,7 +73,10 @@ void open_setup(HWND hwnd) {
     static constexpr FILE_FILTER FILTERS[] = {{"Tolvan Setup Files(*.CFT)", "*.cft"},
                                               {"Quendal Setup Files(*.CFG)", "*.cfg"},
                                               {"All Files(*.*)", "*.*"}};
-    FILE_DIALOG dialog{.owner = hwnd, .filters = FILTERS, .directory = &config_directory};
+    FILE_DIALOG dialog;
+    dialog.owner = hwnd;
+    dialog.filters = FILTERS;
+    dialog.directory = &config_directory;
     // A setup with a wrong checksum is loaded, but it is not the file's: the title stays.
     if (ask_open_name(dialog) && open_setup_file(dialog.name) == 1)
         set_title(path_file_title(dialog.name));
@@ -81,7 +84,10 @@ void open_setup(HWND hwnd) {
 
 void save_setup(HWND hwnd) {
     static constexpr FILE_FILTER FILTERS[] = {{"Setup Files(*.CFT)", "*.cft"}};
-    FILE_DIALOG dialog{.owner = hwnd, .filters = FILTERS, .directory = &config_directory};
+    FILE_DIALOG dialog;
+    dialog.owner = hwnd;
+    dialog.filters = FILTERS;
+    dialog.directory = &config_directory;
     if (!ask_save_name(dialog, ".cft"))
         return;
     save_setup_file(dialog.name);

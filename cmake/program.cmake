@@ -5,7 +5,8 @@ enable_language(RC)
 target_link_options(tolvan_options INTERFACE -static)
 target_compile_definitions(tolvan_options INTERFACE WINVER=0x0601 _WIN32_WINNT=0x0601 NOMINMAX)
 
-add_library(tolvan_screens STATIC
+# An object library, as the logic calls back into it: every seam is linked, whoever asks for it.
+add_library(tolvan_screens OBJECT
     app/about.cpp
     app/desktop_win32.cpp
     app/dialogs.cpp

@@ -8,6 +8,9 @@
 
 struct LINE;
 
+#undef PARITY_NONE // Windows has macros of these names for something else
+#undef PARITY_ODD
+#undef PARITY_EVEN
 enum PARITY { PARITY_NONE = 0, PARITY_ODD = 1, PARITY_EVEN = 2 };
 enum PROTOCOL { PROTOCOL_NONE = 0, PROTOCOL_XMODEM = 1 };
 enum FLOW { FLOW_NONE = 0, FLOW_XON_XOFF = 1, FLOW_RTS_CTS = 2 };

@@ -1,0 +1,454 @@
+#include "tests/comm_test.h"
+
+#include "comm/PCOM_log.h"
+
+#include <numeric>
+
+namespace {
+
+using CommXmodem = CommTest;
+
+constexpr char FILE_NAME[] = "FILE.DAT";
+LINE port;
+
+// The other side asks with `request` and answers frame after frame: A acknowledges, N refuses, X cancels,
+// ? makes noise before it acknowledges, and - stays silent.
+void answer_frames(const std::string& request, const std::string& answers) {
+    line_brings(request);
+    const std::size_t size = request == NAK ? 132 : 133;
+    line_script.heard = [=](std::uint8_t) {
+        const std::size_t frame = line_record.sent.size() / size;
+        if (line_record.sent.size() % size != 0 || frame > answers.size())
+            return;
+        switch (answers[frame - 1]) {
+        case 'A':
+            return line_brings(ACK);
+        case 'N':
+            return line_brings(NAK);
+        case 'X':
+            return line_brings(CAN);
+        case '?':
+            return line_brings(std::string("\x43\xFF\x04") + ACK);
+        default:
+            return;
+        }
+    };
+}
+
+struct SEND_CASE {
+    const char* name;
+    std::size_t size;
+    std::uint32_t retries;
+    std::string request;
+    std::string answers;
+    int result;
+    std::vector<unsigned> blocks; // as they are sent
+    std::string last_byte;
+    std::string counters; // blocks, bytes and errors as shown at the end
+    std::uint32_t time;
+};
+
+const SEND_CASE SEND_CASES[] = {
+    {"empty", 0, 10, "C", "", 0, {}, EOT, "//0", 0},
+    {"one full block", 128, 10, "C", "A", 0, {1}, EOT, "1/128/0", 0},
+    {"129 bytes", 129, 10, "c", "AA", 0, {1, 2}, EOT, "2/256/0", 0},
+    {"with a sum", 129, 10, NAK, "AA", 0, {1, 2}, EOT, "2/256/0", 0},
+    {"noise before the request", 5, 10, "\x06zC", "A", 0, {1}, EOT, "1/128/0", 0},
+    {"noise before the answer", 200, 10, "C", "?A", 0, {1, 2}, EOT, "2/256/0", 0},
+    {"repeated", 200, 10, "C", "N-NAA", 0, {1, 1, 1, 1, 2}, EOT, "2/256/3", 5000},
+    {"padded block refused", 129, 10, NAK, "AN", 0, {1, 2}, EOT, "2/256/1", 0},
+    {"padded block refused, no retries", 129, 0, "C", "AN", -7, {1, 2}, CAN, "2/256/1", 0},
+    {"padded block unanswered", 129, 10, "C", "A-", -8, {1, 2}, "", "2/256/2", 5000},
+    {"padded block unanswered, no retries", 129, 0, "C", "A-", -7, {1, 2}, CAN, "2/256/1", 5000},
+    {"refused to the end", 300, 4, "C", "NNNNN", -7, {1, 1, 1, 1, 1}, CAN, "1/128/5", 0},
+    {"silent to the end", 300, 2, "C", "A---", -7, {1, 2, 2, 2}, CAN, "2/256/3", 15000},
+    {"an answer restores the retries", 300, 1, "C", "NANAA", 0, {1, 1, 2, 2, 3}, EOT, "3/384/2", 0},
+    {"cancelled by the receiver", 300, 4, "C", "AX", -2, {1, 2}, CAN, "2/256/0", 0},
+    {"nobody asks", 300, 4, "", "", -8, {}, "", "//1", 60000},
+};
+
+TEST_F(CommXmodem, SendEndings) {
+    const int open_files = open_file_count();
+    for (const SEND_CASE& c : SEND_CASES) {
+        SCOPED_TRACE(c.name);
+        start_over();
+        comm_settings.xmodem_retries = c.retries;
+        const std::string bytes = numbered_bytes(c.size);
+        put_file(FILE_NAME, bytes);
+        answer_frames(c.request, c.answers);
+        EXPECT_EQ(xmodem_send_file(nullptr, &port, FILE_NAME), c.result);
+
+        const auto frames = frames_of(bytes, c.request != NAK);
+        std::string expected;
+        for (const unsigned block : c.blocks)
+            expected += frames[block - 1];
+        EXPECT_EQ(line_record.sent, expected + c.last_byte);
+        auto& shown = line_record.counters;
+        EXPECT_EQ(shown[COUNTER::BLOCKS_DONE] + "/" + shown[COUNTER::BYTES_DONE] + "/" +
+                      shown[COUNTER::ERRORS],
+                  c.counters);
+        // A byte takes some readings of the clock; a wait ends with the first reading past its limit.
+        const auto sending = static_cast<std::uint32_t>(20 * (1 + line_record.sent.size()));
+        EXPECT_GT(desktop_clock, c.time);
+        EXPECT_LT(desktop_clock, c.time + sending);
+        EXPECT_EQ(open_file_count(), open_files);
+        std::vector<std::string> events = {"STATUS Waiting", "button Cancel", "STATUS Sending"};
+        events.resize(c.request.empty() ? 2 : 3);
+        for (std::size_t i = 0; i < events.size(); ++i)
+            EXPECT_EQ(line_record.events[i].text, events[i]);
+    }
+}
+
+TEST_F(CommXmodem, BlockNumbersGoOnPast255) {
+    const std::string bytes = numbered_bytes(128 * 600);
+    const auto frames = frames_of(bytes, true);
+    const std::string all = std::accumulate(frames.begin(), frames.end(), std::string());
+    put_file(FILE_NAME, bytes);
+    answer_frames("C", std::string(600, 'A'));
+    EXPECT_EQ(xmodem_send_file(nullptr, &port, FILE_NAME), TRANSFER_COMPLETED);
+    EXPECT_EQ(line_record.sent, all + EOT);
+    EXPECT_EQ(line_record.counters[COUNTER::BLOCKS_DONE], "600");
+
+    start_over();
+    std::vector<std::string> answers = frames;
+    answers.emplace_back(EOT);
+    answer_each_byte(answers);
+    EXPECT_EQ(xmodem_receive_file(nullptr, &port, "COPY.DAT"), TRANSFER_COMPLETED);
+    EXPECT_EQ(get_file("COPY.DAT"), bytes);
+    EXPECT_EQ(line_record.counters[COUNTER::BLOCKS_DONE], "600");
+}
+
+TEST_F(CommXmodem, TheSenderHoldsEachByteBack) {
+    const std::vector<std::pair<std::uint32_t, LINE_STATUS>> holds = {
+        {1, {}},
+        {0, {true, false, false, false, 0}},
+        {0, {false, true, false, false, 0}},
+        {0, {false, false, true, false, 0}},
+        {0, {false, false, false, true, 0}},
+        {0, {false, false, false, false, 1}},
+    };
+    put_file(FILE_NAME, "abc");
+    answer_frames("C", "A");
+    // Before each byte every hold stands for a while, one after the other; then the line is free for one
+    // byte.
+    std::size_t poll = 0;
+    std::size_t allowed = 0;
+    line_script.status = [&](LINE_STATUS& status) {
+        if (line_record.counters[COUNTER::STATUS] != "Sending" || line_record.sent.size() >= 133)
+            return 0U;
+        const std::size_t turn = poll++ % (holds.size() + 1);
+        if (turn == holds.size()) {
+            ++allowed;
+            return 0U;
+        }
+        status = holds[turn].second;
+        return holds[turn].first;
+    };
+    line_script.write = [&](LINE*, std::uint8_t) {
+        EXPECT_TRUE(line_record.sent.size() >= 133 || allowed == line_record.sent.size() + 1);
+        return LINE_WRITE::DONE;
+    };
+    EXPECT_EQ(xmodem_send_file(nullptr, &port, FILE_NAME), TRANSFER_COMPLETED);
+    EXPECT_EQ(allowed, 133);
+}
+
+// --- receiving ---
+
+std::string spoiled(std::string frame, std::size_t at) {
+    frame[at] = static_cast<char>(frame[at] ^ 0x10);
+    return frame;
+}
+
+std::vector<std::string> after_silence(std::size_t silent, std::vector<std::string> answers) {
+    answers.insert(answers.begin(), silent, "");
+    return answers;
+}
+
+std::string times(std::size_t count, const std::string& text) {
+    std::string all;
+    for (std::size_t i = 0; i < count; ++i)
+        all += text;
+    return all;
+}
+
+struct RECEIVE_CASE {
+    const char* name;
+    std::uint32_t retries;
+    std::vector<std::string> answers; // of the other side, to each byte it hears
+    int result;
+    std::string stored;
+    std::string sent;
+    std::string counters;
+    std::uint32_t time;
+};
+
+const std::string B1 = numbered_bytes(128);
+const std::string B2 = numbered_bytes(200).substr(128);
+const std::string F1 = frame_of(1, B1, true);
+const std::string F2 = frame_of(2, B2, true);
+const std::string S1 = frame_of(1, B1, false);
+const std::string S2 = frame_of(2, B2, false);
+const std::string NULS(128, '\0');
+const std::string A = ACK;
+const std::string N = NAK;
+const std::string ALL_REQUESTS = std::string(15, 'C') + times(16, N);
+
+const RECEIVE_CASE RECEIVE_CASES[] = {
+    {"200 bytes", 10, {F1, F2, EOT}, 0, B1 + B2, "C" + times(3, A), "2/256/0", 0},
+    {"the last C", 10, after_silence(14, {F1, EOT}), 0, B1, std::string(15, 'C') + A + A, "1/128/0", 28000},
+    {"a sum after the first NAK", 10, after_silence(15, {S1, S2, EOT}), 0, B1 + B2,
+     std::string(15, 'C') + N + times(3, A), "2/256/0", 30000},
+    {"the last NAK", 10, after_silence(30, {S1, EOT}), 0, B1, ALL_REQUESTS + A + A, "1/128/0", 60000},
+    {"nobody sends", 10, {}, -8, "", ALL_REQUESTS + CAN, "//0", 82000},
+    {"noise before the start", 10, {"\x04\x18zC" + F1, EOT}, 0, B1, "C" + A + A, "1/128/0", 0},
+    {"no end", 10, {F1, F2}, -8, B1, "C" + A + A + CAN, "2/256/0", 20000},
+    {"a broken-off frame", 10, {F1, F2.substr(0, 132)}, -8, "", "C" + A + CAN, "1/128/0", 20000},
+    {"bad CRC, high", 10, {spoiled(F1, 131), F1, EOT}, 0, B1, "C" + N + A + A, "1/128/1", 0},
+    {"bad CRC, low", 10, {spoiled(F1, 132), F1, EOT}, 0, B1, "C" + N + A + A, "1/128/1", 0},
+    {"bad data", 10, {spoiled(F1, 3), F1, EOT}, 0, B1, "C" + N + A + A, "1/128/1", 0},
+    {"bad last data", 10, {spoiled(F1, 130), F1, EOT}, 0, B1, "C" + N + A + A, "1/128/1", 0},
+    {"bad number", 10, {spoiled(F1, 1), F1, EOT}, 0, B1, "C" + N + A + A, "1/128/1", 0},
+    {"bad complement", 10, {spoiled(F1, 2), F1, EOT}, 0, B1, "C" + N + A + A, "1/128/1", 0},
+    {"bad sum", 10, after_silence(15, {spoiled(S1, 131), S1, EOT}), 0, B1,
+     std::string(15, 'C') + N + N + A + A, "1/128/1", 30000},
+    {"the start byte is not checked",
+     10,
+     {F1, spoiled(F2, 0), EOT},
+     0,
+     B1 + B2,
+     "C" + times(3, A),
+     "2/256/0",
+     0},
+    {"a repeated frame", 10, {F1, F1, F2, EOT}, 0, B1 + B2, "C" + A + N + A + A, "2/256/1", 0},
+    {"retries exhausted",
+     2,
+     {spoiled(F1, 9), spoiled(F1, 9), spoiled(F1, 9), F1},
+     -7,
+     "",
+     "C" + times(3, N) + CAN,
+     "//3",
+     0},
+    {"no retries at all", 0, {F1, spoiled(F2, 9)}, -7, "", "C" + A + N + CAN, "1/128/1", 0},
+    {"a good frame restores the retries",
+     1,
+     {spoiled(F1, 9), F1, spoiled(F2, 9), F2, EOT},
+     0,
+     B1 + B2,
+     "C" + N + A + N + A + A,
+     "2/256/2",
+     0},
+    {"CAN only starts a frame",
+     10,
+     {F1, CAN + F2.substr(1), EOT},
+     0,
+     B1 + B2,
+     "C" + times(3, A),
+     "2/256/0",
+     0},
+    {"nothing but fill", 10, {frame_of(1, "", true), EOT}, 0, "", "C" + A + A, "1/128/0", 0},
+    {"fill before the last block stays",
+     10,
+     {frame_of(1, "", true), frame_of(2, "x", true), EOT},
+     0,
+     NULS + "x",
+     "C" + times(3, A),
+     "2/256/0",
+     0},
+    {"0x1A stays", 10, {frame_of(1, "x\x1A\x1A", true), EOT}, 0, "x\x1A\x1A", "C" + A + A, "1/128/0", 0},
+};
+
+void receive_and_compare(const RECEIVE_CASE& c) {
+    SCOPED_TRACE(c.name);
+    comm_settings.xmodem_retries = c.retries;
+    put_file(FILE_NAME, "what stood here before");
+    answer_each_byte(c.answers);
+    EXPECT_EQ(xmodem_receive_file(nullptr, &port, FILE_NAME), c.result);
+    EXPECT_EQ(get_file(FILE_NAME), c.stored);
+    EXPECT_EQ(line_record.sent, c.sent);
+    auto& shown = line_record.counters;
+    EXPECT_EQ(shown[COUNTER::BLOCKS_DONE] + "/" + shown[COUNTER::BYTES_DONE] + "/" + shown[COUNTER::ERRORS],
+              c.counters);
+    EXPECT_GE(desktop_clock, c.time);
+    EXPECT_LT(desktop_clock, c.time + 4000);
+}
+
+TEST_F(CommXmodem, ReceiveEndings) {
+    const int open_files = open_file_count();
+    for (const RECEIVE_CASE& c : RECEIVE_CASES) {
+        start_over();
+        receive_and_compare(c);
+        EXPECT_EQ(open_file_count(), open_files);
+    }
+}
+
+TEST_F(CommXmodem, RequestsComeEveryTwoSeconds) {
+    EXPECT_EQ(xmodem_receive_file(nullptr, &port, FILE_NAME), TRANSFER_TIMEOUT);
+    const auto& at = line_record.sent_at;
+    ASSERT_EQ(at.size(), 32);
+    for (std::size_t i = 1; i < 31; ++i) {
+        EXPECT_GT(at[i] - at[i - 1], 2000);
+        EXPECT_LT(at[i] - at[i - 1], 2010);
+    }
+    EXPECT_NEAR(at[31] - at[30], 22'000, 10);
+    EXPECT_EQ(event_texts().back(), std::string("> ") + CAN);
+}
+
+TEST_F(CommXmodem, AutoReceiveAsksOnAndOn) {
+    auto_receive_flag = true;
+    answer_each_byte(after_silence(31 + 31 + 2, {F1, EOT}));
+    EXPECT_EQ(xmodem_receive_file(nullptr, &port, FILE_NAME), TRANSFER_COMPLETED);
+    EXPECT_EQ(line_record.sent, ALL_REQUESTS + ALL_REQUESTS + "CCC" + A + A);
+    EXPECT_EQ(get_file(FILE_NAME), B1);
+}
+
+TEST_F(CommXmodem, TheEndBeforeAnyBlockStoresNothing) {
+    line_brings(EOT, 63'000);
+    EXPECT_EQ(xmodem_receive_file(nullptr, &port, FILE_NAME), TRANSFER_COMPLETED);
+    EXPECT_EQ(line_record.sent, ALL_REQUESTS + A);
+    EXPECT_EQ(get_file(FILE_NAME), "");
+}
+
+TEST_F(CommXmodem, AFullDiskEndsTheTransfer) {
+    answer_each_byte({F1, F2, EOT});
+    expect_message("cbWrite error", COMM_TITLE, MESSAGE_ICON::STOP);
+    expect_message("File Write Error", COMM_TITLE, MESSAGE_ICON::STOP);
+    EXPECT_EQ(xmodem_receive_file(nullptr, &port, "/dev/full"), TRANSFER_FILE_ERROR);
+    EXPECT_EQ(line_record.sent, "C" + A + CAN);
+    EXPECT_TRUE(reset_desktop().empty());
+
+    start_over(); // the disk fills up with the very last block, which the sender has already been told is
+                  // safe
+    answer_each_byte({F1, EOT});
+    expect_message("File Write Error", COMM_TITLE, MESSAGE_ICON::STOP);
+    EXPECT_EQ(xmodem_receive_file(nullptr, &port, "/dev/full"), TRANSFER_FILE_ERROR);
+    EXPECT_EQ(line_record.sent, "C" + A + A);
+}
+
+TEST_F(CommXmodem, FilesThatDoNotOpen) {
+    for (const auto transfer : {xmodem_send_file, xmodem_receive_file, ascii_send_file, ascii_receive_file})
+        for (const bool is_auto : {false, true}) {
+            start_over();
+            auto_receive_flag = is_auto;
+            log_entry.size = "old";
+            expect_message("Error Opening File", COMM_TITLE, MESSAGE_ICON::STOP);
+            EXPECT_EQ(transfer(nullptr, &port, "missing/FILE.DAT"), TRANSFER_FILE_ERROR);
+            EXPECT_TRUE(line_record.sent.empty() && line_record.events.empty());
+            EXPECT_TRUE(reset_desktop().empty());
+            if (is_auto && (transfer == xmodem_receive_file || transfer == ascii_receive_file)) {
+                EXPECT_EQ(log_entry.date + "|" + log_entry.connect_time + "|" + log_entry.disconnect_time +
+                              "|" + log_entry.size,
+                          "11-21-2026|09:05 am|09:05 am|0     ");
+            } else
+                EXPECT_EQ(log_entry.size, "old");
+        }
+}
+
+TEST_F(CommXmodem, AFileThatCannotBeReadIsNoEmptyFile) {
+    answer_frames("C", "");
+    EXPECT_EQ(xmodem_send_file(nullptr, &port, "."), TRANSFER_FILE_ERROR);
+    EXPECT_EQ(line_record.sent, CAN);
+    start_over();
+    EXPECT_EQ(ascii_send_file(nullptr, &port, "."), TRANSFER_FILE_ERROR);
+}
+
+// --- every stage of every transfer ---
+
+struct ROUTINE {
+    const char* name;
+    int (*run)(WINDOW, LINE*, const std::string&);
+    std::string cancel_byte; // sent when the operator cancels
+    void (*prepare)();
+};
+
+const ROUTINE ROUTINES[] = {
+    {"xmodem send", xmodem_send_file, CAN,
+     [] {
+         put_file(FILE_NAME, B1 + B2);
+         answer_frames("C", "NAA");
+     }},
+    {"xmodem receive", xmodem_receive_file, CAN,
+     [] {
+         answer_each_byte({"", F1, spoiled(F2, 7), F2, EOT});
+     }},
+    {"ascii send", ascii_send_file, "", [] { put_file(FILE_NAME, B1 + B2); }},
+    {"ascii receive", ascii_receive_file, "", [] { line_brings(B1 + B2, 1000); }},
+};
+
+void prepare(const ROUTINE& routine) {
+    start_over();
+    comm_settings.interface_mode = INTERFACE_MODEM;
+    desktop_clock_step = 50; // waits take few polls, so that each of them can be tried
+    routine.prepare();
+}
+
+TEST_F(CommXmodem, CancelAndALostCarrierAtEachPoll) {
+    const int open_files = open_file_count();
+    for (const ROUTINE& routine : ROUTINES) {
+        SCOPED_TRACE(routine.name);
+        prepare(routine);
+        EXPECT_EQ(routine.run(nullptr, &port, FILE_NAME), TRANSFER_COMPLETED);
+        const LINE_RECORD whole = line_record;
+        ASSERT_GT(whole.cancel_queries, 150);
+        for (std::uint32_t poll = 1; poll <= whole.cancel_queries; ++poll) {
+            prepare(routine);
+            line_script.is_cancel_pressed = [=](std::uint32_t query) { return query == poll; };
+            ASSERT_EQ(routine.run(nullptr, &port, FILE_NAME), TRANSFER_CANCELLED) << poll;
+            const std::string& sent = line_record.sent;
+            ASSERT_TRUE(sent.ends_with(routine.cancel_byte)) << poll;
+            const std::string before = sent.substr(0, sent.size() - routine.cancel_byte.size());
+            ASSERT_TRUE(whole.sent.starts_with(before)) << poll;
+            ASSERT_EQ(line_record.cancel_queries, poll) << "it went on after the cancel";
+        }
+        for (std::uint32_t poll = 1; poll <= whole.carrier_queries; ++poll) {
+            prepare(routine);
+            line_script.has_carrier = [=](std::uint32_t query) { return query < poll; };
+            ASSERT_EQ(routine.run(nullptr, &port, FILE_NAME), TRANSFER_NO_CARRIER) << poll;
+            ASSERT_TRUE(whole.sent.starts_with(line_record.sent)) << poll;
+            ASSERT_EQ(line_record.carrier_queries, poll) << "it went on without its carrier";
+        }
+        EXPECT_EQ(open_file_count(), open_files);
+    }
+}
+
+TEST_F(CommXmodem, AWriteOfNothingIsRepeatedAndAFailedOneEndsTheTransfer) {
+    for (const ROUTINE& routine : {ROUTINES[0], ROUTINES[1], ROUTINES[2]}) {
+        SCOPED_TRACE(routine.name);
+        prepare(routine);
+        ASSERT_EQ(routine.run(nullptr, &port, FILE_NAME), TRANSFER_COMPLETED);
+        const std::string whole = line_record.sent;
+        const bool is_receive = routine.run == xmodem_receive_file;
+        const bool has_last_byte = routine.run != ascii_send_file; // EOT or its ACK is written only once
+        for (std::size_t at = is_receive ? 2 : 0; at < whole.size() - (has_last_byte ? 1 : 0); ++at)
+            for (const LINE_WRITE fault : {LINE_WRITE::NOTHING, LINE_WRITE::FAILED}) {
+                prepare(routine);
+                int left = 3;
+                line_script.write = [&](LINE*, std::uint8_t) {
+                    return line_record.sent.size() == at && left-- > 0 ? fault : LINE_WRITE::DONE;
+                };
+                const int result = routine.run(nullptr, &port, FILE_NAME);
+                const bool failed = fault == LINE_WRITE::FAILED;
+                ASSERT_EQ(result, failed ? TRANSFER_LINE_FAILED : TRANSFER_COMPLETED) << at;
+                ASSERT_EQ(line_record.sent, failed ? whole.substr(0, at) : whole) << at;
+                ASSERT_EQ(line_record.counters[COUNTER::STATUS] == "Error",
+                          failed && routine.run == xmodem_send_file);
+            }
+    }
+}
+
+TEST_F(CommXmodem, TheEndThatCannotBeSentIsNoSuccess) {
+    for (const auto& [fault, result] :
+         {std::pair{LINE_WRITE::FAILED, TRANSFER_LINE_FAILED}, {LINE_WRITE::NOTHING, TRANSFER_COMPLETED}}) {
+        start_over();
+        put_file(FILE_NAME, "");
+        answer_frames("C", "");
+        int writes = 0;
+        line_script.write = [&, end = fault](LINE*, std::uint8_t) {
+            ++writes;
+            return end;
+        };
+        EXPECT_EQ(xmodem_send_file(nullptr, &port, FILE_NAME), result);
+        EXPECT_EQ(writes, 1);
+    }
+}
+
+} // namespace

@@ -1,0 +1,131 @@
+#include "tests/line_script.h"
+
+#include "tests/desktop_script.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <deque>
+
+LINE_SCRIPT line_script;
+LINE_RECORD line_record;
+
+namespace {
+
+constexpr std::uint32_t QUERY_LIMIT = 50'000'000; // a transfer that polls this often will never end
+
+struct COMING_BYTE {
+    std::uint8_t byte;
+    std::uint32_t at;
+};
+std::deque<COMING_BYTE> coming;
+LINE line;
+
+[[noreturn]] void stop_test(const char* why) {
+    std::fprintf(stderr, "line script: %s\n", why);
+    std::abort();
+}
+
+void note(const std::string& text) {
+    line_record.events.push_back({desktop_clock, desktop_clock, text});
+}
+
+void note_sent(std::uint8_t byte) {
+    const char c = static_cast<char>(byte);
+    line_record.sent += c;
+    line_record.sent_at.push_back(desktop_clock);
+    if (line_record.events.empty() || !line_record.events.back().text.starts_with("> "))
+        note("> ");
+    line_record.events.back().text += c;
+    line_record.events.back().until = desktop_clock;
+}
+
+} // namespace
+
+void reset_line() {
+    line_script = {};
+    line_record = {};
+    coming.clear();
+}
+
+void line_brings(const std::string& bytes, std::uint32_t at) {
+    for (const char c : bytes)
+        coming.push_back({static_cast<std::uint8_t>(c), at});
+    line_record.unread = static_cast<std::uint32_t>(coming.size());
+}
+
+OPENED_LINE open_line(const LINE_SETTINGS& settings) {
+    line_record.settings = settings;
+    note("open");
+    if (line_script.opening != LINE_OPENING::OPEN)
+        return {line_script.opening, nullptr};
+    ++line_record.open_lines;
+    return {LINE_OPENING::OPEN, &line};
+}
+
+void close_line(LINE* closed) {
+    if (closed != &line || line_record.open_lines != 1)
+        stop_test("a line closed that is not open");
+    --line_record.open_lines;
+    note("close");
+}
+
+std::uint32_t clear_line_error(LINE*, LINE_STATUS* status) {
+    LINE_STATUS quiet = {};
+    return line_script.status ? line_script.status(status ? *status : quiet) : 0;
+}
+
+bool read_line_byte(LINE* from, std::uint8_t* byte) {
+    if (line_script.read)
+        return line_script.read(from, byte);
+    if (coming.empty() || coming.front().at > desktop_clock)
+        return false;
+    *byte = coming.front().byte;
+    coming.pop_front();
+    --line_record.unread;
+    return true;
+}
+
+LINE_WRITE write_line_byte(LINE* to, std::uint8_t byte) {
+    const LINE_WRITE result = line_script.write ? line_script.write(to, byte) : LINE_WRITE::DONE;
+    if (result == LINE_WRITE::DONE) {
+        note_sent(byte);
+        if (line_script.heard)
+            line_script.heard(byte);
+    }
+    return result;
+}
+
+bool line_has_carrier(LINE*) {
+    if (++line_record.carrier_queries > QUERY_LIMIT)
+        stop_test("endless queries for the carrier");
+    return !line_script.has_carrier || line_script.has_carrier(line_record.carrier_queries);
+}
+
+void show_counter(WINDOW, COUNTER counter, const std::string& text) {
+    line_record.counters[counter] = text;
+    if (counter == COUNTER::STATUS)
+        note("STATUS " + text);
+}
+
+void show_transfer_button(WINDOW, const std::string& caption) {
+    note("button " + caption);
+}
+
+void show_transfer_file(WINDOW, const std::string& name) {
+    note("file " + name);
+}
+
+bool is_cancel_button_pressed(WINDOW) {
+    if (++line_record.cancel_queries > QUERY_LIMIT)
+        stop_test("endless queries for Cancel");
+    return line_script.is_cancel_pressed && line_script.is_cancel_pressed(line_record.cancel_queries);
+}
+
+bool ask_phone_number(WINDOW, std::string& number) {
+    line_record.offered_number = number;
+    note("ask number");
+    if (!line_script.typed_number)
+        return false;
+    number = *line_script.typed_number;
+    return true;
+}

@@ -1,0 +1,109 @@
+#include "tests/comm_test.h"
+
+#include "comm/PCOM_log.h"
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+CommTest::CommTest() {
+    const fs::path folder = fs::temp_directory_path() / ("tolvan_comm_" + std::to_string(getpid()));
+    fs::create_directories(folder);
+    fs::current_path(folder);
+    start_over();
+}
+
+CommTest::~CommTest() {
+    EXPECT_TRUE(reset_desktop().empty()) << "a message was announced but not shown";
+    EXPECT_EQ(line_record.open_lines, 0);
+    start_over();
+    const fs::path folder = fs::current_path();
+    fs::current_path(folder.parent_path());
+    fs::remove_all(folder);
+}
+
+void start_over() {
+    reset_desktop();
+    reset_line();
+    reset_com_setups();
+    phone_number.clear();
+    auto_receive_flag = false;
+    auto_receive_counter = 0;
+    log_entry = {};
+}
+
+std::string numbered_bytes(std::size_t count) {
+    std::string bytes;
+    for (std::size_t i = 0; i < count; ++i)
+        bytes += static_cast<char>(i % 128 == 0 ? 1 + i / 128 : 1 + i % 251);
+    return bytes;
+}
+
+void put_file(const std::string& name, const std::string& bytes) {
+    std::ofstream(name, std::ios::binary) << bytes;
+}
+
+std::string get_file(const std::string& name) {
+    std::ostringstream bytes;
+    bytes << std::ifstream(name, std::ios::binary).rdbuf();
+    return bytes.str();
+}
+
+int open_file_count() {
+    const fs::directory_iterator files("/proc/self/fd");
+    return static_cast<int>(std::distance(begin(files), end(files)));
+}
+
+std::uint16_t crc_of(const std::string& data) {
+    unsigned crc = 0;
+    for (const char c : data) {
+        crc ^= static_cast<unsigned>(static_cast<unsigned char>(c)) << 8;
+        for (int bit = 0; bit < 8; ++bit)
+            crc = (crc << 1) ^ ((crc & 0x8000) != 0 ? 0x1021U : 0U);
+        crc &= 0xFFFF;
+    }
+    return static_cast<std::uint16_t>(crc);
+}
+
+std::string frame_of(unsigned block, std::string data, bool crc_mode) {
+    data.resize(128, '\0');
+    std::string frame = "\x01";
+    frame += static_cast<char>(block);
+    frame += static_cast<char>(255 - block % 256);
+    frame += data;
+    if (crc_mode) {
+        const std::uint16_t crc = crc_of(data);
+        frame += static_cast<char>(crc >> 8);
+        frame += static_cast<char>(crc & 0xFF);
+    } else {
+        unsigned sum = 0;
+        for (const char c : data)
+            sum += static_cast<unsigned char>(c);
+        frame += static_cast<char>(sum);
+    }
+    return frame;
+}
+
+std::vector<std::string> frames_of(const std::string& data, bool crc_mode) {
+    std::vector<std::string> frames;
+    for (std::size_t at = 0; at < data.size(); at += 128)
+        frames.push_back(frame_of(static_cast<unsigned>(at / 128 + 1), data.substr(at, 128), crc_mode));
+    return frames;
+}
+
+void answer_each_byte(std::vector<std::string> answers) {
+    line_script.heard = [answers = std::move(answers), next = std::size_t{0}](std::uint8_t) mutable {
+        if (next < answers.size())
+            line_brings(answers[next++]);
+    };
+}
+
+std::vector<std::string> event_texts() {
+    std::vector<std::string> texts;
+    for (const LINE_EVENT& event : line_record.events)
+        texts.push_back(event.text);
+    return texts;
+}

@@ -1,0 +1,40 @@
+// What the tests of the line share: a fixture that starts each test with default settings in an empty folder,
+// files, and XMODEM frames made independently of the program.
+#pragma once
+
+#include "comm/PCOM.h"
+#include "tests/desktop_script.h"
+#include "tests/line_script.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+inline constexpr char ACK[] = "\x06";
+inline constexpr char NAK[] = "\x15";
+inline constexpr char CAN[] = "\x18";
+inline constexpr char EOT[] = "\x04";
+
+class CommTest : public testing::Test {
+protected:
+    CommTest();
+    ~CommTest() override;
+};
+
+// Forgets what ran before within one test: line, desktop, settings and counters.
+void start_over();
+
+std::string numbered_bytes(std::size_t count); // no two blocks alike, the last byte not NUL
+void put_file(const std::string& name, const std::string& bytes);
+std::string get_file(const std::string& name);
+int open_file_count();
+
+std::uint16_t crc_of(const std::string& data);
+std::string frame_of(unsigned block, std::string data, bool crc_mode);
+std::vector<std::string> frames_of(const std::string& data, bool crc_mode);
+
+// The other side answers each byte it hears with the next of these; "" is silence, as is all after the last.
+void answer_each_byte(std::vector<std::string> answers);
+
+std::vector<std::string> event_texts();
