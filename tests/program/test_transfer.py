@@ -162,7 +162,7 @@ class SendScreenTest(ProgramTest):
             screen = self.open_screen(program, b"x" * 300)
             self.assertIn("Blocks Sent:", [child.known["text"] for child in screen.children()
                                            if child.known["visible"]])
-            screen.command(ID.CMD_COMM_SETUP)
+            screen.command(ID.CMD_SENDRECEIVE_SETUP)
             setup = program.window("Communication Setup")
             setup.control(ID.IDC_COMM_PROTOCOL).select("NONE")
             setup.command(1)
