@@ -15,6 +15,7 @@ import json
 import os
 import pathlib
 import re
+import select
 import shutil
 import subprocess
 import sys
@@ -230,11 +231,8 @@ class Line:
         data = b""
         deadline = time.monotonic() + limit
         while len(data) < count and time.monotonic() < deadline:
-            data += os.read(self.master, count - len(data)) if self.readable() else b""
+            data += self.some(count - len(data))
         return data
-
-    def readable(self):
-        return portable.select.select([self.master], [], [], 0.1)[0]
 
     def expect(self, wanted, limit=LIMIT):
         """Reads until the wanted bytes have come and returns all up to and with them."""
@@ -243,8 +241,17 @@ class Line:
         while not data.endswith(wanted):
             if time.monotonic() > deadline:
                 raise AssertionError(f"waited {limit} s for {wanted!r} and read {data!r}")
-            data += os.read(self.master, 1) if self.readable() else b""
+            data += self.some(1)
         return data
+
+    def some(self, count):
+        """What waits, or comes within a moment, also before the program has opened the port."""
+        if not portable.is_open(self.master):
+            time.sleep(POLL)
+        try:
+            return os.read(self.master, count) if select.select([self.master], [], [], 0.1)[0] else b""
+        except OSError:
+            return b""
 
     def start(self, *command, folder):
         """Runs rx or sx on the line as soon as the program has opened it."""
