@@ -22,7 +22,7 @@ std::string find_ini_file() {
     if (SHGetFolderPathA(nullptr, CSIDL_APPDATA | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT, folder) !=
         S_OK)
         return INI_NAME;
-    const std::string in_application_data = std::string(folder) + "\\" + INI_NAME;
+    std::string in_application_data = std::string(folder) + "\\" + INI_NAME;
 
     switch (choose_ini_file(file_exists(in_application_data), can_write_file(in_windows),
                             file_exists(in_windows))) {

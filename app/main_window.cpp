@@ -128,8 +128,8 @@ void leave(HWND hwnd) {
 // What a command does: run a procedure, or run a modal dialog.
 struct COMMAND {
     int id;
-    void (*run)(HWND hwnd) = nullptr;
     int dialog = 0;
+    void (*run)(HWND hwnd) = nullptr;
     DLGPROC dialog_procedure = nullptr;
 };
 
