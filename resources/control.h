@@ -1,7 +1,9 @@
 // Controls of the dialogs.
 #pragma once
 
-#define IDC_STATIC -1 // labels and frames, which nobody asks for
+#ifndef IDC_STATIC
+#define IDC_STATIC (-1) // labels and frames
+#endif
 
 // Progress box
 #define IDC_STATUS_TEXT 1001
