@@ -32,10 +32,11 @@ constexpr SLICE_TABLES make_slice_tables() {
 }
 constexpr SLICE_TABLES TABLES = make_slice_tables();
 
-constexpr std::size_t BLOCK_SIZE = 128;         // bytes that verification reads between two redraws
-constexpr std::int64_t LENGTH_WORD_SIZE = 4;    // bytes
-constexpr std::int64_t FILE_TYPE_OFFSET = 4;    // the type byte behind the length word
-constexpr std::int64_t LOOKUP_HEADER_SIZE = 22; // bytes
+constexpr std::size_t BLOCK_SIZE = 128;             // bytes between two redraws of the bar
+constexpr std::size_t READ_SIZE = 256 * BLOCK_SIZE; // bytes read at a time
+constexpr std::int64_t LENGTH_WORD_SIZE = 4;        // bytes
+constexpr std::int64_t FILE_TYPE_OFFSET = 4;        // the type byte behind the length word
+constexpr std::int64_t LOOKUP_HEADER_SIZE = 22;     // bytes
 constexpr std::int64_t LOOKUP_CHECKSUM_OFFSET = 20;
 
 bool stands_in_header(int checksum_type) {
@@ -91,6 +92,18 @@ bool fold_lookup_header(const FOLDING& folding, std::uint16_t* checksum) {
     return true;
 }
 
+// Folds what stands at `position`, a block between two redraws. Returns its size.
+std::int64_t fold_piece(const FOLDING& folding, std::int64_t position, std::string_view piece,
+                        std::uint16_t* checksum) {
+    for (std::size_t done = 0; done < piece.size();) {
+        const std::string_view block = piece.substr(done, BLOCK_SIZE);
+        crc_block(block, checksum);
+        done += block.size();
+        show_position(folding, position + static_cast<std::int64_t>(done));
+    }
+    return static_cast<std::int64_t>(piece.size());
+}
+
 bool fold_file(const FOLDING& folding, std::uint16_t* checksum) {
     *checksum = 0;
     const bool in_header = stands_in_header(folding.checksum_type);
@@ -101,14 +114,12 @@ bool fold_file(const FOLDING& folding, std::uint16_t* checksum) {
     if (in_header && !fold_lookup_header(folding, checksum))
         return false;
     while (position < folding.length) {
-        std::array<char, BLOCK_SIZE> block;
+        std::array<char, READ_SIZE> piece;
         const auto wanted =
-            static_cast<std::size_t>(std::min<std::int64_t>(BLOCK_SIZE, folding.length - position));
-        if (std::fread(block.data(), 1, wanted, folding.file) != wanted)
+            static_cast<std::size_t>(std::min<std::int64_t>(READ_SIZE, folding.length - position));
+        if (std::fread(piece.data(), 1, wanted, folding.file) != wanted)
             return false;
-        crc_block({block.data(), wanted}, checksum);
-        position += static_cast<std::int64_t>(wanted);
-        show_position(folding, position);
+        position += fold_piece(folding, position, {piece.data(), wanted}, checksum);
     }
     return true;
 }

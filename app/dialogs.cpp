@@ -1,0 +1,168 @@
+#include "app/dialogs.h"
+
+#include "app/desktop.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <charconv>
+#include <map>
+#include <vector>
+
+HINSTANCE hInstance;
+HWND hwndmain;
+
+namespace {
+
+constexpr char OWN_PROCEDURE[] = "own_procedure"; // the property of a control that a filter stands before
+constexpr WPARAM BACKSPACE = 8;
+
+WNDPROC own_procedure(HWND control) {
+    return reinterpret_cast<WNDPROC>(GetPropA(control, OWN_PROCEDURE));
+}
+
+// The pictures of a toolbar. A toolbar does not own its pictures: they are loaded once and kept.
+HIMAGELIST toolbar_pictures(int bitmap_id, int count, int width, int height) {
+    static std::map<int, HIMAGELIST> loaded; // by bitmap
+    HIMAGELIST& pictures = loaded[bitmap_id];
+    if (pictures == nullptr) {
+        pictures = ImageList_Create(width, height, ILC_COLOR32 | ILC_MASK, count, 0);
+        auto* bitmap = static_cast<HBITMAP>(
+            LoadImageA(hInstance, MAKEINTRESOURCEA(bitmap_id), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION));
+        ImageList_Add(pictures, bitmap, nullptr);
+        DeleteObject(bitmap);
+    }
+    return pictures;
+}
+
+} // namespace
+
+void center_window(HWND hwnd) {
+    RECT window{};
+    GetWindowRect(hwnd, &window);
+    const int width = window.right - window.left;
+    const int height = window.bottom - window.top;
+    const int area_width = std::max(GetSystemMetrics(SM_CXFULLSCREEN), width);
+    const int area_height = std::max(GetSystemMetrics(SM_CYFULLSCREEN) + GetSystemMetrics(SM_CYMENU), height);
+    MoveWindow(hwnd, area_width / 2 - width / 2, area_height / 2 - height / 2, width, height, FALSE);
+}
+
+INT_PTR run_dialog(int dialog_id, HWND owner, DLGPROC procedure, LPARAM parameter) {
+    return DialogBoxParamA(hInstance, MAKEINTRESOURCEA(dialog_id), owner, procedure, parameter);
+}
+
+std::string window_text(HWND window) {
+    std::string text(static_cast<std::size_t>(GetWindowTextLengthA(window)) + 1, '\0'); // and its NUL
+    text.resize(static_cast<std::size_t>(GetWindowTextA(window, text.data(), static_cast<int>(text.size()))));
+    return text;
+}
+
+std::string control_text(HWND dialog, int control) {
+    return window_text(GetDlgItem(dialog, control));
+}
+
+void set_control_text(HWND dialog, int control, const std::string& text) {
+    SetDlgItemTextA(dialog, control, text.c_str());
+}
+
+void install_filter(HWND control, WNDPROC filter) {
+    SetPropA(control, OWN_PROCEDURE, reinterpret_cast<HANDLE>(GetWindowLongPtrA(control, GWLP_WNDPROC)));
+    SetWindowLongPtrA(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(filter));
+}
+
+void remove_filter(HWND control) {
+    SetWindowLongPtrA(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(own_procedure(control)));
+    RemovePropA(control, OWN_PROCEDURE);
+}
+
+LRESULT call_own_procedure(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
+    return CallWindowProcA(own_procedure(control), control, message, wParam, lParam);
+}
+
+LRESULT CALLBACK INTPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+    const bool digit = wParam >= '0' && wParam <= '9';
+    if (message == WM_CHAR && !digit && wParam != BACKSPACE) {
+        beep();
+        return 0;
+    }
+    return call_own_procedure(hwnd, message, wParam, lParam);
+}
+
+unsigned edit_number(HWND dialog, int control) {
+    const std::string text = control_text(dialog, control);
+    unsigned number = 0; // from_chars leaves it alone when there is nothing to read or too much
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    return number;
+}
+
+void step_edit(HWND dialog, int control, int direction, unsigned lowest, unsigned highest) {
+    const unsigned number = edit_number(dialog, control);
+    const bool up = direction > 0;
+    if (up ? number >= highest : number <= lowest)
+        beep();
+    else
+        SetDlgItemInt(dialog, control, up ? number + 1 : number - 1, FALSE);
+}
+
+void prepare_stepper(HWND dialog, int updown) {
+    // A range with room both ways and no fellow window: the position moves freely and means nothing.
+    SendDlgItemMessageA(dialog, updown, UDM_SETRANGE32, static_cast<WPARAM>(INT_MIN / 2), INT_MAX / 2);
+    SendDlgItemMessageA(dialog, updown, UDM_SETPOS32, 0, 0);
+}
+
+int step_direction(LPARAM lParam) {
+    const auto* step = reinterpret_cast<const NMUPDOWN*>(lParam);
+    return step->hdr.code == UDN_DELTAPOS ? step->iDelta : 0;
+}
+
+void fill_list(HWND dialog, int control, std::span<const char* const> texts, unsigned selected) {
+    HWND list = GetDlgItem(dialog, control);
+    SendMessageA(list, CB_RESETCONTENT, 0, 0);
+    for (const char* text : texts)
+        SendMessageA(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text));
+    if (selected < texts.size())
+        SendMessageA(list, CB_SETCURSEL, selected, 0);
+}
+
+unsigned selected_entry(HWND dialog, int control, unsigned if_none) {
+    const LRESULT selected = SendDlgItemMessageA(dialog, control, CB_GETCURSEL, 0, 0);
+    return selected == CB_ERR ? if_none : static_cast<unsigned>(selected);
+}
+
+HWND create_toolbar(HWND owner, int control_id, int bitmap_id, std::span<const int> commands, int width,
+                    int height) {
+    const auto count = static_cast<WPARAM>(commands.size());
+    HWND toolbar = CreateWindowExA(
+        0, TOOLBARCLASSNAMEA, nullptr, WS_CHILD | WS_VISIBLE | TBSTYLE_TOOLTIPS | TBSTYLE_FLAT, 0, 0, 0, 0,
+        owner, reinterpret_cast<HMENU>(static_cast<INT_PTR>(control_id)), hInstance, nullptr);
+    if (toolbar == nullptr) {
+        show_message(nullptr, "Toolbar Bar not created!", "", MESSAGE_ICON::NONE);
+        return nullptr;
+    }
+    std::vector<TBBUTTON> buttons(commands.size());
+    for (std::size_t i = 0; i < commands.size(); ++i)
+        buttons[i] = {.iBitmap = static_cast<int>(i),
+                      .idCommand = commands[i],
+                      .fsState = TBSTATE_ENABLED,
+                      .fsStyle = BTNS_BUTTON,
+                      .bReserved = {},
+                      .dwData = 0,
+                      .iString = -1};
+    HIMAGELIST pictures = toolbar_pictures(bitmap_id, static_cast<int>(commands.size()), width, height);
+    SendMessageA(toolbar, TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
+    SendMessageA(toolbar, TB_SETBITMAPSIZE, 0, MAKELPARAM(width, height));
+    SendMessageA(toolbar, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(pictures));
+    SendMessageA(toolbar, TB_ADDBUTTONSA, count, reinterpret_cast<LPARAM>(buttons.data()));
+    // The pictures bring their own margin: without padding a button is exactly as large as its picture.
+    SendMessageA(toolbar, TB_SETPADDING, 0, MAKELPARAM(0, 0));
+    SendMessageA(toolbar, TB_SETBUTTONSIZE, 0, MAKELPARAM(width, height));
+    SendMessageA(toolbar, TB_AUTOSIZE, 0, 0);
+    return toolbar;
+}
+
+void give_tooltip_text(LPARAM lParam) {
+    static char szBuf[128]; // read by the tooltip after this procedure has returned
+    auto* request = reinterpret_cast<NMTTDISPINFOA*>(lParam);
+    LoadStringA(hInstance, static_cast<UINT>(request->hdr.idFrom), szBuf, sizeof szBuf);
+    request->lpszText = szBuf;
+}

@@ -37,12 +37,18 @@ unsigned edit_number(HWND dialog, int control);
 // The text typed so far takes part. `direction` is above 0 for up.
 void step_edit(HWND dialog, int control, int direction, unsigned lowest, unsigned highest);
 
+// An up-down beside a numeric edit, which step_edit moves: prepared once, it reports every step and never
+// counts itself. step_direction() tells from WM_NOTIFY's lParam: above 0 for up, below 0 for down, 0 when
+// the notification is no step.
+void prepare_stepper(HWND dialog, int updown);
+int step_direction(LPARAM lParam);
+
 // Drop-down lists: fill with texts and select one; an index outside the list selects nothing.
 void fill_list(HWND dialog, int control, std::span<const char* const> texts, unsigned selected);
 unsigned selected_entry(HWND dialog, int control, unsigned if_none);
 
 // A toolbar of push buttons with tooltips, each `width` by `height` pixels, its pictures the cells of a
-// bitmap resource in order. nullptr when it cannot be created; then the operator has been told.
+// 32-bit bitmap resource in order. nullptr when it cannot be created; then the operator has been told.
 HWND create_toolbar(HWND owner, int control_id, int bitmap_id, std::span<const int> commands, int width,
                     int height);
 

@@ -71,7 +71,7 @@ bool save_with_checksum(const std::string& name, std::string_view bytes, int che
         return false;
     if (write_file(sibling, bytes) && write_checksum(sibling, checksum_type) && replace_file(sibling, name))
         return true;
-    std::remove(sibling.c_str());
+    static_cast<void>(std::remove(sibling.c_str())); // best effort: it is only a left-over
     return false;
 }
 

@@ -10,7 +10,7 @@
 
 struct FILE_CLOSER {
     void operator()(std::FILE* file) const {
-        std::fclose(file);
+        static_cast<void>(std::fclose(file)); // a writer closes for itself and looks at the result
     }
 };
 using FILE_HANDLE = std::unique_ptr<std::FILE, FILE_CLOSER>;

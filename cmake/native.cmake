@@ -1,7 +1,7 @@
 # The native side: logic tests against scripted seams, and the benchmarks.
 find_package(GTest REQUIRED)
 
-add_library(tolvan_test_seams STATIC tests/desktop_script.cpp tests/line_script.cpp)
+add_library(tolvan_test_seams OBJECT tests/desktop_script.cpp tests/line_script.cpp)
 target_link_libraries(tolvan_test_seams PUBLIC tolvan_logic)
 
 add_executable(logic_tests
@@ -27,6 +27,9 @@ target_link_libraries(make_samples PRIVATE tolvan_test_seams)
 
 if(TOLVAN_BENCH)
     find_package(benchmark REQUIRED)
-    add_executable(tolvan_bench bench/tolvan_bench.cpp)
-    target_link_libraries(tolvan_bench PRIVATE tolvan_test_seams benchmark::benchmark)
+    add_executable(tolvan_bench bench/tolvan_bench.cpp bench/bench_desktop.cpp)
+    target_link_libraries(tolvan_bench PRIVATE tolvan_logic benchmark::benchmark)
 endif()
+
+# Preloaded by the program tests; it meets Wine's processes, so no sanitizer may be in it.
+add_library(fake_modem MODULE tests/program/fake_modem.c)

@@ -5,17 +5,19 @@ enable_language(RC)
 target_link_options(tolvan_options INTERFACE -static)
 target_compile_definitions(tolvan_options INTERFACE WINVER=0x0601 _WIN32_WINNT=0x0601 NOMINMAX)
 
-add_library(tolvan_screens STATIC
+# An object library, as the logic calls back into it: every seam is linked, whoever asks for it.
+add_library(tolvan_screens OBJECT
     app/about.cpp
     app/desktop_win32.cpp
     app/dialogs.cpp
     app/file_dialog.cpp
+    app/ini_file.cpp
     app/main_window.cpp
     app/progress.cpp
     comm/PCOM_screens.cpp
     comm/PCOM_setup.cpp
     comm/line_win32.cpp)
-target_link_libraries(tolvan_screens PUBLIC tolvan_logic comctl32 comdlg32 gdi32 ole32 shell32 user32)
+target_link_libraries(tolvan_screens PUBLIC tolvan_logic comctl32 comdlg32 gdi32 ole32 shell32 user32 winmm)
 
 set(TOLVAN_RESOURCES resources/TolvanP.rc)
 set_source_files_properties(${TOLVAN_RESOURCES} PROPERTIES
@@ -25,7 +27,8 @@ set_source_files_properties(${TOLVAN_RESOURCES} PROPERTIES
 add_executable(TolvanP WIN32 app/main.cpp ${TOLVAN_RESOURCES})
 target_include_directories(TolvanP PRIVATE ${CMAKE_SOURCE_DIR})
 target_link_libraries(TolvanP PRIVATE tolvan_screens)
-target_link_options(TolvanP PRIVATE -s)
+# The window procedure is exported under its plain name, on 32-bit Windows too.
+target_link_options(TolvanP PRIVATE -s -Wl,--kill-at)
 
 # GoogleTest for Windows is built from the sources that Debian packages.
 set(GOOGLETEST_SOURCE /usr/src/googletest CACHE PATH "GoogleTest's sources")

@@ -8,7 +8,7 @@
 
 struct LINE;
 
-enum PARITY { PARITY_NONE = 0, PARITY_ODD = 1, PARITY_EVEN = 2 };
+enum PARITY { NO_PARITY = 0, ODD_PARITY = 1, EVEN_PARITY = 2 };
 enum PROTOCOL { PROTOCOL_NONE = 0, PROTOCOL_XMODEM = 1 };
 enum FLOW { FLOW_NONE = 0, FLOW_XON_XOFF = 1, FLOW_RTS_CTS = 2 };
 enum INTERFACE_MODE { INTERFACE_DIRECT = 0, INTERFACE_MODEM = 1 };
@@ -24,7 +24,7 @@ struct COMM_SETTINGS {
     std::uint32_t baudrate = 9600; // bit/s
     std::uint32_t databits = 8;    // 7 or 8
     std::uint32_t stopbits = 1;    // 1 or 2
-    std::uint32_t parity = PARITY_NONE;
+    std::uint32_t parity = NO_PARITY;
     std::uint32_t protocol = PROTOCOL_XMODEM;
     std::uint32_t flow_control = FLOW_RTS_CTS;
     std::uint32_t xmodem_retries = 10; // retries a block

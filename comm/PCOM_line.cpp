@@ -15,7 +15,7 @@ constexpr std::uint32_t SILENCE_BEFORE_REST = 100; // ms
 std::uint32_t active_at = 0; // the tick at which the last byte came or went
 
 char parity_letter(std::uint32_t parity) {
-    return parity == PARITY_ODD ? 'o' : parity == PARITY_EVEN ? 'e' : 'n';
+    return parity == ODD_PARITY ? 'o' : parity == EVEN_PARITY ? 'e' : 'n';
 }
 
 const char* opening_error(LINE_OPENING result) {

@@ -11,7 +11,8 @@ INT_PTR CALLBACK SENDRECEIVEPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM 
 INT_PTR CALLBACK SETUPPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam);
 void update_setup_dialog(HWND screen);
 
-// The number to dial. Result 1 with phone_number updated, 0 after Cancel.
+// The number to dial; its parameter points to a std::string that holds it. Result 1 with the number updated,
+// 0 after Cancel.
 INT_PTR CALLBACK PHONENUMPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam);
 
 // The number in the first auto-received file's name. Every ending stores it.

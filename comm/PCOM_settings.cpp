@@ -53,7 +53,7 @@ void write_com_setup() {
 
 // A value that is none of a list's shows as what the transfers make of it.
 SETTINGS_SUMMARY summarize_settings(const COMM_SETTINGS& settings) {
-    const char parity = settings.parity == PARITY_ODD ? 'O' : settings.parity == PARITY_EVEN ? 'E' : 'N';
+    const char parity = settings.parity == ODD_PARITY ? 'O' : settings.parity == EVEN_PARITY ? 'E' : 'N';
     SETTINGS_SUMMARY summary;
     summary.interface_mode = settings.interface_mode == INTERFACE_MODEM ? "MODEM" : "DIRECT";
     summary.baudrate = std::to_string(settings.baudrate);

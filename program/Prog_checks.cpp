@@ -50,7 +50,7 @@ void make_increment_field(FIELD_DEFINITION& field) {
     field.bit_values2 |= AUTOINCREMENT_FIELD;
     field.input_mask_handle.assign(std::max<std::size_t>(field.input_mask_handle.size(), 1), 'D');
     std::array<char, 12> amount; // holds any 32-bit number
-    std::snprintf(amount.data(), amount.size(), "%04d", global_options.amount_to_inc);
+    static_cast<void>(std::snprintf(amount.data(), amount.size(), "%04d", global_options.amount_to_inc));
     field.data_manip_condition_handle = amount.data();
 }
 

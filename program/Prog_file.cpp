@@ -184,7 +184,7 @@ int load_from_library(WINDOW owner, std::string file_name) {
     if (extracted != 1)
         return extracted;
     const int result = load_extracted_program(file_name);
-    std::remove(file_name.c_str());
+    static_cast<void>(std::remove(file_name.c_str())); // best effort: it is only a left-over
     return result;
 }
 
@@ -242,7 +242,7 @@ void init_field(FIELD_DEFINITION& field) {
     field.input_source = SOURCE_BAR_CODE;
     field.output_format = 'V';
     field.barcode_bit_values = BARCODE_ALL | BARCODE_AUTO_ADVANCE;
-    field.input_mask_handle = "A";
+    field.input_mask_handle.assign(1, 'A');
     field.suffix_text_handle = "\r\n";
 }
 

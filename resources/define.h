@@ -46,6 +46,9 @@
 #define CMD_HELP_TOPICS 155
 #define CMD_ABOUT 156
 
+// Command of the Send/Receive screen's menu
+#define CMD_SENDRECEIVE_SETUP 160
+
 // Dialogs
 #define DLG_ABOUT 200
 #define DLG_STATUS 201

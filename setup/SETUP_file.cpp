@@ -139,7 +139,7 @@ unsigned char load_from_library(std::string filename) {
     if (extracted != 1)
         return static_cast<unsigned char>(extracted);
     const unsigned char result = load_extracted_setup(filename);
-    std::remove(filename.c_str());
+    static_cast<void>(std::remove(filename.c_str())); // best effort: it is only a left-over
     return result;
 }
 

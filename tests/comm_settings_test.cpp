@@ -62,9 +62,9 @@ TEST_F(CommSettings, ThePortIsOpenedAsSet) {
         const char* mode;
         bool rts_cts;
     } const cases[] = {
-        {PARITY_EVEN, 7, 2, FLOW_RTS_CTS, PROTOCOL_XMODEM, "COM3:9600,e,7,2", true},
-        {PARITY_ODD, 8, 1, FLOW_XON_XOFF, PROTOCOL_NONE, "COM3:9600,o,8,1", false},
-        {PARITY_NONE, 8, 1, FLOW_NONE, PROTOCOL_NONE, "COM3:9600,n,8,1", false},
+        {EVEN_PARITY, 7, 2, FLOW_RTS_CTS, PROTOCOL_XMODEM, "COM3:9600,e,7,2", true},
+        {ODD_PARITY, 8, 1, FLOW_XON_XOFF, PROTOCOL_NONE, "COM3:9600,o,8,1", false},
+        {NO_PARITY, 8, 1, FLOW_NONE, PROTOCOL_NONE, "COM3:9600,n,8,1", false},
         {5, 8, 1, 7, PROTOCOL_XMODEM, "COM3:9600,n,8,1", false},
     };
     for (const auto& c : cases)

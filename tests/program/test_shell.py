@@ -1,0 +1,156 @@
+"""The main window: setup files, settings that last, one instance, and commands."""
+
+from tolvan import (ID, IDNO, IDOK, IDYES, LIMIT, PROGRAM, SC_MINIMIZE, TITLE, WM_SYSCOMMAND, Program, ProgramTest,
+                    desktop, read_settings, start_wine, wait_for, windows_path)
+
+DIRECTORY_KEYS = ["P_DIRECT", "D_DIRECT", "L_DIRECT", "S_DIRECT", "R_DIRECT", "U_DIRECT", "C_DIRECT", "M_DIRECT"]
+
+# A setup file as a reset leaves it: length word, kind, 68 items, six texts, checksum.
+RESET_ITEMS = [
+    0x01, 0x1F, 0x1F, 0x06, 0x01, 6, 0, 0, 0x01, 0x05, 0x01, 0x00, 0x00,  # symbologies, from Code 39 on
+    2, 0x00, 0, 0, 0, 0, 0, 0, 0, 11, 2, 1, 3, 0, 10, 0, 1,  # termination to duplicate reads
+    1, 1, 5, 0, 0, 0, 5, 1, 0, 0, 0, 1, 0, 0, 1, 1, 0, 0,  # keys, power, display, keyboard wedge
+    0, 0, 0, 1, 0, 5, 0, 0, 0, 0, 1, 0, 0, 0,  # communications
+    1, 50, 2, 2, 2, 0,  # beep, contrast, flow control, triggers, read verify
+]
+RESET_TEXTS = b"\0" b"\0" b"\0" b"AT&F&C1\0" b"\0" b"\0"
+
+
+def crc(data):
+    """Bit by bit: polynomial 0x1021, starting at 0."""
+    value = 0
+    for byte in data:
+        value ^= byte << 8
+        for _ in range(8):
+            value = (value << 1 ^ (0x1021 if value & 0x8000 else 0)) & 0xFFFF
+    return value.to_bytes(2, "big")
+
+
+def setup_file(items):
+    body = (86).to_bytes(4, "big") + b"S" + bytes(items) + RESET_TEXTS
+    return body + crc(body)
+
+
+class SetupFileTest(ProgramTest):
+    def save_as(self, program, name):
+        program.command(ID.CMD_SAVE_SETUP)
+        program.choose_file("Save As", self.folder / name)
+
+    def open(self, program, path):
+        program.command(ID.CMD_OPEN_SETUP)
+        program.choose_file("Open", path)
+
+    def wait_title(self, program, title):
+        wait_for(title, lambda: program.main.text() == f"{TITLE} ({title})")
+
+    def test_reset_setup_saves_as_its_bytes(self):
+        with Program() as program:
+            self.wait_title(program, "Default")
+            self.save_as(program, "store")
+            self.wait_title(program, "store.cft")
+            self.assertEqual((self.folder / "store.cft").read_bytes(), setup_file(RESET_ITEMS))
+            self.assertEqual(program.exit(), 0)
+        self.assertEqual(read_settings()["DIRECT"]["C_DIRECT"], windows_path(self.folder) + "\\")
+
+    def test_open_damaged_and_reset(self):
+        items = [item ^ 1 for item in RESET_ITEMS]
+        good = self.file("good.cft", setup_file(items) + bytes(40))  # padded by a transfer
+        damaged = self.file("damaged.cft", setup_file(RESET_ITEMS)[:-1] + b"?")
+        no_setup = self.file("program.cft", setup_file(RESET_ITEMS).replace(b"S", b"I", 1))
+        with Program() as program:
+            self.open(program, good)
+            self.wait_title(program, "good.cft")
+            self.open(program, damaged)
+            self.assertEqual(program.answer("Invalid Checksum"), "Invalid Checksum in Setup File!")
+            self.open(program, no_setup)
+            self.assertEqual(program.answer("Open File"), "Not a Valid Setup File!")
+            self.wait_title(program, "good.cft")
+            self.open(program, good)
+            program.command(ID.CMD_RESET_SETUP)
+            self.assertEqual(program.answer("Reset Setups", IDNO), "Reset Setup to Defaults?")
+            self.save_as(program, "kept.cft")
+            self.wait_title(program, "kept.cft")
+            self.assertEqual((self.folder / "kept.cft").read_bytes(), setup_file(items))
+            program.command(ID.CMD_RESET_SETUP)
+            program.answer("Reset Setups", IDYES)
+            self.assertEqual(program.answer("Reset Setups"), "Setup Reset to Defaults.")
+            self.wait_title(program, "Default")
+            self.save_as(program, "reset.cft")
+            self.wait_title(program, "reset.cft")
+            self.assertEqual((self.folder / "reset.cft").read_bytes(), setup_file(RESET_ITEMS))
+
+    def test_dot_in_a_folder_suppresses_the_extension(self):
+        (self.folder / "v1.0").mkdir()
+        with Program() as program:
+            self.save_as(program, "v1.0/store")
+            self.wait_title(program, "store")
+        self.assertEqual((self.folder / "v1.0/store").read_bytes(), setup_file(RESET_ITEMS))
+
+
+class SettingsTest(ProgramTest):
+    def test_first_run_writes_the_directories(self):
+        with Program() as program:
+            directories = read_settings()["DIRECT"]
+            self.assertEqual(list(directories), DIRECTORY_KEYS)
+            self.assertEqual(len(set(directories.values())), 1)
+            width, height = program.main.size()  # the default, or more where menu or toolbar would be cut
+            self.assertGreaterEqual((width, height), (437, 86))
+            self.assertEqual(program.exit(), 0)
+        self.assertEqual(read_settings()["MAIN_WINDOW"], {"CX": str(width), "CY": str(height)})
+
+    def test_empty_program_directory_resets_all(self):
+        kept = {key: f"C:\\{key}" for key in DIRECTORY_KEYS}
+        with Program(settings={"DIRECT": kept}) as program:
+            self.assertEqual(program.exit(), 0)
+        self.assertEqual(read_settings()["DIRECT"], kept)
+        with Program(settings={"DIRECT": {**kept, "P_DIRECT": ""}}):
+            self.assertEqual(set(read_settings()["DIRECT"].values()) & set(kept.values()), set())
+
+    def test_window_size_lasts(self):
+        with Program(settings={"MAIN_WINDOW": {"CX": 700, "CY": 300}}) as program:
+            self.assertEqual(program.main.size(), (700, 300))
+            program.main.post(WM_SYSCOMMAND, SC_MINIMIZE)
+            wait_for("the window to be minimised", lambda: program.main.now()["minimised"])
+            program.main.close()
+            self.assertEqual(program.wait_exit(), 0)
+        self.assertEqual(read_settings()["MAIN_WINDOW"], {"CX": "700", "CY": "300"})
+
+    def test_communication_setup(self):
+        written = {"PORT": "1", "BAUDRATE": "110", "XMODEM_RETRIES": "0", "MODEM_INIT": "ATZ"}
+        with Program(settings={"COMM": written}) as program:
+            program.command(ID.CMD_COMM_SETUP)
+            screen = program.window("Communication Setup")
+            self.assertEqual(screen.control(ID.IDC_COMM_BAUDRATE).selection(), "300")
+            screen.control(ID.IDC_COMM_FILEMODE).select("INCREMENT")
+            screen.command(IDOK)
+            screen.wait_gone()
+        self.assertEqual(read_settings()["COMM"], {
+            "PORT": "1", "BAUDRATE": "300", "DATABITS": "8", "STOPBITS": "1", "PARITY": "0", "PROTOCOL": "1",
+            "FLOW_CONTROL": "2", "XMODEM_RETRIES": "1", "INTERFACE": "0", "FILEMODE": "1", "DIALMETHOD": "0",
+            "MODEM_INIT": "ATZ"})
+
+
+class CommandTest(ProgramTest):
+    def test_second_instance_brings_the_first_forward(self):
+        with Program() as program:
+            program.main.post(WM_SYSCOMMAND, SC_MINIMIZE)
+            wait_for("the window to be minimised", lambda: program.main.now()["minimised"])
+            self.assertEqual(start_wine(PROGRAM).wait(LIMIT), 0)
+            self.assertFalse(program.main.now()["minimised"])
+            program.command(ID.CMD_ABOUT)
+            about = program.window("About Tolvan Programmer")
+            self.assertEqual(start_wine(PROGRAM).wait(LIMIT), 0)
+            self.assertEqual(desktop.ask("foreground"), about.handle)
+            about.close()
+            about.wait_gone()
+            self.assertEqual(program.exit(), 0)
+
+    def test_screens_that_come_later_say_so(self):
+        later = [ID.CMD_PROGRAMMING, ID.CMD_LOOKUP_EDITOR, ID.CMD_DATA_EDITOR, ID.CMD_LIBRARIAN,
+                 ID.CMD_NON_PORTABLE, ID.CMD_WEDGE, ID.CMD_SETUP_TRANSMIT, ID.CMD_SETUP_OTHER, ID.CMD_UPGRADE,
+                 ID.CMD_MONITOR, *range(ID.CMD_CODE39, ID.CMD_BAR_OTHER + 1)]
+        with Program() as program:
+            for command in later:
+                program.command(command)
+                self.assertIn("later", program.answer(TITLE, IDOK), command)
+            self.assertEqual(program.exit(), 0)
