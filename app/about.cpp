@@ -8,7 +8,7 @@ INT_PTR CALLBACK TolvanABOUTPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM 
         center_window(hwnd);
         return TRUE;
     case WM_COMMAND:
-        if (LOWORD(wParam) != IDOK)
+        if (LOWORD(wParam) != IDOK && LOWORD(wParam) != IDCANCEL) // the latter is the Escape key
             return FALSE;
         EndDialog(hwnd, 1);
         return TRUE;

@@ -19,7 +19,7 @@ BUTTON show_message(WINDOW owner, const std::string& text, const std::string& ca
 // The default beep.
 void beep();
 
-// The progress box. `mode` chooses its caption and text (see progress_texts in checksum.h); position and size
+// The progress box. `mode` chooses its caption and text (see status_texts in checksum.h); position and size
 // are in bytes or records, whatever the caller counts.
 struct STATUS_BOX;
 STATUS_BOX* open_status_box(int mode);

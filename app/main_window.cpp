@@ -202,6 +202,49 @@ void close_main_window(HWND hwnd) {
     }
 }
 
+// --- the size ---
+
+SIZE size_of(const RECT& rect) {
+    return {.cx = rect.right - rect.left, .cy = rect.bottom - rect.top};
+}
+
+SIZE window_size(HWND hwnd) {
+    RECT rect{};
+    GetWindowRect(hwnd, &rect);
+    return size_of(rect);
+}
+
+SIZE client_size(HWND hwnd) {
+    RECT rect{};
+    GetClientRect(hwnd, &rect);
+    return size_of(rect);
+}
+
+LONG menu_width(HMENU menu) {
+    LONG width = 0;
+    for (int i = 0; i < GetMenuItemCount(menu); ++i) {
+        RECT item{};
+        GetMenuItemRect(hwndmain, menu, static_cast<UINT>(i), &item);
+        width += size_of(item).cx;
+    }
+    return width;
+}
+
+void resize_main_window(LONG width, LONG height) {
+    SetWindowPos(hwndmain, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOREDRAW);
+}
+
+// The default size is that of the captions and menus of its day. Where they are larger now, the first start
+// shows the menu in one row and the toolbar whole all the same; from then on the size is the operator's.
+void grow_to_show_contents() {
+    SIZE window = window_size(hwndmain);
+    const LONG borders = window.cx - client_size(hwndmain).cx;
+    window.cx = std::max(window.cx, menu_width(GetMenu(hwndmain)) + borders);
+    resize_main_window(window.cx, window.cy); // first the width: the rows of the menu take from the height
+    const LONG missing = window_size(hWndToolBar).cy - client_size(hwndmain).cy;
+    resize_main_window(window.cx, window.cy + std::max(missing, 0L));
+}
+
 } // namespace
 
 LRESULT CALLBACK MAINPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -289,6 +332,8 @@ void read_mainwindow_size() {
     const WINDOW_SIZE size = read_window_size();
     MoveWindow(hwndmain, window.left, window.top, static_cast<int>(size.cx), static_cast<int>(size.cy),
                FALSE);
+    if (!is_window_size_stored())
+        grow_to_show_contents();
 }
 
 void write_mainwindow_size() {

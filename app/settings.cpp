@@ -55,6 +55,10 @@ WINDOW_SIZE read_window_size() {
             read_setting_number(WINDOW_SECTION, "CY", DEFAULT_WINDOW_SIZE.cy)};
 }
 
+bool is_window_size_stored() {
+    return !read_setting_text(WINDOW_SECTION, "CX", "", 1).empty();
+}
+
 void write_window_size(WINDOW_SIZE size) {
     write_setting(WINDOW_SECTION, "CX", std::to_string(size.cx));
     write_setting(WINDOW_SECTION, "CY", std::to_string(size.cy));

@@ -29,4 +29,5 @@ struct WINDOW_SIZE { // pixels
     std::uint32_t cy;
 };
 WINDOW_SIZE read_window_size();
+bool is_window_size_stored(); // false until the program has ended once
 void write_window_size(WINDOW_SIZE size);

@@ -207,6 +207,8 @@ void enable_commands(HWND screen, bool enabled) {
 }
 
 void run_transfer(HWND screen) {
+    if (current.path.empty())
+        return;
     const bool quick_start = quick_start_flag;
     quick_start_flag = false;
     current.transferring = true;

@@ -1,0 +1,197 @@
+// The program's sender and receiver joined in memory, through a line that spoils what it carries. Whatever
+// the line does, the receiver stores a prefix of what was sent, in whole blocks.
+#include "tests/comm_test.h"
+
+#include <cmath>
+#include <cstdio>
+#include <deque>
+#include <filesystem>
+#include <random>
+#include <semaphore>
+#include <thread>
+
+namespace {
+
+using CommNoise = CommTest;
+
+constexpr std::uint32_t IDLE_STEP = 1000; // ms that pass when neither end has anything to read
+constexpr std::size_t BLOCK = 128;
+
+// What becomes of one byte on its way: the bytes that arrive instead.
+using NOISE = std::function<std::string(bool to_receiver, std::uint8_t byte)>;
+
+struct OUTCOME {
+    int sent;
+    int received;
+    std::string stored;
+    std::string arrived; // at the receiver
+};
+
+// One end runs at a time. It hands the baton over when it finds nothing to read, and for good when it is
+// done.
+struct END {
+    LINE line;
+    std::deque<char> incoming;
+    std::binary_semaphore baton{0};
+    bool is_done = false;
+};
+
+OUTCOME run_transfer(const std::string& data, const NOISE& noise) {
+    start_over();
+    desktop_clock_step = 0;
+    put_file("SENT.DAT", data);
+    std::filesystem::remove("RECEIVED.DAT");
+    END sender;
+    END receiver;
+    OUTCOME outcome = {};
+    line_script.write = [&](LINE* from, std::uint8_t byte) {
+        const bool to_receiver = from == &sender.line;
+        const std::string bytes = noise(to_receiver, byte);
+        std::deque<char>& incoming = (to_receiver ? receiver : sender).incoming;
+        incoming.insert(incoming.end(), bytes.begin(), bytes.end());
+        if (to_receiver)
+            outcome.arrived += bytes;
+        return LINE_WRITE::DONE;
+    };
+    line_script.read = [&](LINE* at, std::uint8_t* byte) {
+        END& end = at == &sender.line ? sender : receiver;
+        END& other = at == &sender.line ? receiver : sender;
+        if (end.incoming.empty()) {
+            if (other.is_done || other.incoming.empty())
+                desktop_clock += IDLE_STEP;
+            if (!other.is_done) {
+                other.baton.release();
+                end.baton.acquire();
+            }
+        }
+        if (end.incoming.empty())
+            return false;
+        *byte = static_cast<std::uint8_t>(end.incoming.front());
+        end.incoming.pop_front();
+        return true;
+    };
+    std::thread receiving([&] {
+        receiver.baton.acquire();
+        outcome.received = xmodem_receive_file(nullptr, &receiver.line, "RECEIVED.DAT");
+        receiver.is_done = true;
+        sender.baton.release();
+    });
+    outcome.sent = xmodem_send_file(nullptr, &sender.line, "SENT.DAT");
+    sender.is_done = true;
+    receiver.baton.release();
+    receiving.join();
+    outcome.stored = get_file("RECEIVED.DAT");
+    return outcome;
+}
+
+// The number of the first stored block that is not the one that was sent; 0 when there is none.
+std::size_t first_false_block(const std::string& data, const OUTCOME& outcome) {
+    const std::size_t blocks = (outcome.stored.size() + BLOCK - 1) / BLOCK;
+    std::string stored = outcome.stored;
+    std::string sent = data.substr(0, blocks * BLOCK);
+    stored.resize(blocks * BLOCK, '\0'); // the receiver takes the fill off the last block
+    sent.resize((data.size() + BLOCK - 1) / BLOCK * BLOCK, '\0');
+    for (std::size_t block = 0; block < blocks; ++block)
+        if (block * BLOCK >= sent.size() ||
+            stored.compare(block * BLOCK, BLOCK, sent, block * BLOCK, BLOCK) != 0)
+            return block + 1;
+    return 0;
+}
+
+// Whether the line itself made a frame of that number whose check bytes are right, with just the data stored.
+bool line_made_that_frame(const OUTCOME& outcome, std::size_t block, bool crc_mode) {
+    const std::string frame =
+        frame_of(static_cast<unsigned>(block), outcome.stored.substr((block - 1) * BLOCK, BLOCK), crc_mode);
+    return outcome.arrived.find(frame.substr(1)) != std::string::npos;
+}
+
+bool ended_in_whole_blocks(const OUTCOME& outcome) {
+    return outcome.received == TRANSFER_COMPLETED || outcome.stored.size() % BLOCK == 0;
+}
+
+std::string one(std::uint8_t byte) {
+    return {static_cast<char>(byte)};
+}
+
+TEST_F(CommNoise, OneFaultAnywhereNeverStoresOtherBytes) {
+    const std::string data = numbered_bytes(2 * BLOCK - 40);
+    std::size_t bytes_carried = 0;
+    const auto count_bytes = [&](bool, std::uint8_t byte) {
+        ++bytes_carried;
+        return one(byte);
+    };
+    const OUTCOME whole = run_transfer(data, count_bytes);
+    ASSERT_EQ(whole.stored, data);
+    ASSERT_EQ(bytes_carried, 1 + 2 * 134 + 2); // request, frames and answers, end and answer
+
+    constexpr int FAULTS = 8 + 3; // a bit flipped, the byte dropped, repeated, or an end mark before it
+    for (std::size_t at = 0; at < bytes_carried; ++at)
+        for (int fault = 0; fault < FAULTS; ++fault) {
+            std::size_t carried = 0;
+            const OUTCOME outcome = run_transfer(data, [&](bool, std::uint8_t byte) {
+                if (carried++ != at)
+                    return one(byte);
+                return fault < 8    ? one(static_cast<std::uint8_t>(byte ^ (1U << fault)))
+                       : fault == 8 ? std::string()
+                       : fault == 9 ? one(byte) + one(byte)
+                                    : EOT + one(byte);
+            });
+            ASSERT_EQ(first_false_block(data, outcome), 0) << at << "/" << fault;
+            ASSERT_TRUE(ended_in_whole_blocks(outcome)) << at << "/" << fault;
+        }
+}
+
+TEST_F(CommNoise, ANoisyLineNeverStoresOtherBytes) {
+    constexpr int TRANSFERS = 10'000;
+    constexpr double SIZE_LIMIT = 3000; // bytes
+    int completed = 0;
+    int broken_off = 0;
+    int collisions[2] = {}; // of the sum, of the CRC
+    std::uint64_t faults = 0;
+    for (int seed = 0; seed < TRANSFERS; ++seed) {
+        std::mt19937_64 random(static_cast<std::uint64_t>(seed));
+        const bool crc_mode = seed % 4 != 0;
+        // Rates from 1e-5 to 1e-2, alike many in each decade.
+        std::uniform_real_distribution<> part;
+        const double rate = std::pow(10.0, -5.0 + 3.0 * part(random));
+        std::string data(static_cast<std::size_t>(SIZE_LIMIT * std::pow(part(random), 2)), '\0');
+        if (seed % 8 < 6) // the others are all fill, where a shifted frame looks most like a good one
+            for (char& c : data)
+                c = static_cast<char>(random() % 3 == 0 ? 0 : random());
+        std::geometric_distribution<std::uint64_t> gap(rate);
+        std::uint64_t clean = gap(random);
+        const OUTCOME outcome = run_transfer(data, [&](bool, std::uint8_t byte) {
+            if (!crc_mode && byte == 'C' && line_record.counters[COUNTER::STATUS] == "Waiting")
+                return std::string(); // the sender starts only when it is asked for a sum
+            if (clean-- > 0)
+                return one(byte);
+            clean = gap(random);
+            ++faults;
+            switch (random() % 4) {
+            case 0:
+                return one(static_cast<std::uint8_t>(byte ^ (1U << random() % 8)));
+            case 1:
+                return std::string();
+            case 2:
+                return one(byte) + one(byte);
+            default:
+                return one(static_cast<std::uint8_t>(random())) + one(byte);
+            }
+        });
+        ++(outcome.received == TRANSFER_COMPLETED ? completed : broken_off);
+        ASSERT_TRUE(ended_in_whole_blocks(outcome)) << "seed " << seed;
+        if (const std::size_t block = first_false_block(data, outcome); block != 0) {
+            ASSERT_TRUE(line_made_that_frame(outcome, block, crc_mode))
+                << "seed " << seed << ", block " << block;
+            ++collisions[crc_mode ? 1 : 0];
+        }
+    }
+    std::printf(
+        "%d transfers, %llu faults: %d completed, %d broken off; collisions: %d of the sum, %d of the CRC\n",
+        TRANSFERS, static_cast<unsigned long long>(faults), completed, broken_off, collisions[0],
+        collisions[1]);
+    EXPECT_GT(completed, TRANSFERS / 2);
+    EXPECT_GT(broken_off, TRANSFERS / 20);
+}
+
+} // namespace

@@ -43,6 +43,8 @@ std::string numbered_bytes(std::size_t count) {
 }
 
 void put_file(const std::string& name, const std::string& bytes) {
+    fs::remove(name); // a file that is cut and written anew goes to the disk at once, and thousands of them
+                      // take minutes
     std::ofstream(name, std::ios::binary) << bytes;
 }
 

@@ -1,0 +1,267 @@
+#include "tests/comm_test.h"
+
+#include "comm/PCOM_log.h"
+
+#include <filesystem>
+
+namespace {
+
+using CommTransfer = CommTest;
+
+constexpr char FILE_NAME[] = "FILE.DAT";
+LINE port;
+
+// --- plain transfers ---
+
+TEST_F(CommTransfer, AsciiSendWaitsForCtsAndARoomyQueueOnly) {
+    struct {
+        std::uint32_t errors;
+        LINE_STATUS status;
+        bool allowed;
+    } const polls[] = {
+        {0, {false, true, true, true, 1024}, true},
+        {0, {false, false, false, false, 1025}, false},
+        {0, {true, false, false, false, 0}, false},
+        {2, {false, false, false, false, 0}, false},
+    };
+    put_file(FILE_NAME, std::string("a\0\x1A\x04z", 5));
+    for (const auto& poll : polls) {
+        line_record = {};
+        int wait = 20;
+        line_script.status = [&](LINE_STATUS& status) {
+            status = poll.status;
+            if (wait-- > 0)
+                return poll.errors;
+            status = {};
+            return 0U;
+        };
+        int held_at_first_byte = -1;
+        line_script.heard = [&](std::uint8_t) { held_at_first_byte = std::max(held_at_first_byte, wait); };
+        EXPECT_EQ(ascii_send_file(nullptr, &port, FILE_NAME), TRANSFER_COMPLETED);
+        EXPECT_EQ(line_record.sent, std::string("a\0\x1A\x04z", 5));
+        EXPECT_EQ(line_record.counters[COUNTER::BYTES_DONE], "5");
+        EXPECT_EQ(held_at_first_byte, poll.allowed ? 19 : -1);
+    }
+    EXPECT_EQ(line_record.events[0].text, "STATUS Sending");
+    EXPECT_EQ(line_record.events[1].text, "button Cancel");
+}
+
+TEST_F(CommTransfer, AsciiSendGivesTheModemItsTime) {
+    struct {
+        const char* file;
+        std::uint32_t carrier_until;
+        int result;
+        std::uint32_t time;
+    } const cases[] = {
+        {FILE_NAME, ~0U, TRANSFER_COMPLETED, 45'000},
+        {"missing/FILE", ~0U, TRANSFER_FILE_ERROR, 45'000},
+        {FILE_NAME, 5'200, TRANSFER_NO_CARRIER, 5'200},
+    };
+    for (const auto& c : cases) {
+        start_over();
+        put_file(FILE_NAME, numbered_bytes(300));
+        comm_settings.interface_mode = INTERFACE_MODEM;
+        line_script.has_carrier = [&](std::uint32_t) { return desktop_clock < c.carrier_until; };
+        if (c.result == TRANSFER_FILE_ERROR)
+            expect_message("Error Opening File", COMM_TITLE, MESSAGE_ICON::STOP);
+        EXPECT_EQ(ascii_send_file(nullptr, &port, c.file), c.result);
+        EXPECT_GE(desktop_clock, c.time);
+        EXPECT_LE(desktop_clock, c.time + 1000);
+        EXPECT_TRUE(line_record.sent_at.empty() || line_record.sent_at[0] >= 5000);
+        EXPECT_TRUE(reset_desktop().empty());
+    }
+}
+
+TEST_F(CommTransfer, AsciiReceiveEndsWithSilence) {
+    // An hour without a byte is no end; a pause within five seconds is none either.
+    line_brings("0123", 3'600'000);
+    line_brings(std::string("\0\x04", 2) + "6789", 3'604'990);
+    EXPECT_EQ(ascii_receive_file(nullptr, &port, FILE_NAME), TRANSFER_COMPLETED);
+    EXPECT_EQ(get_file(FILE_NAME), std::string("0123\0\x04", 6) + "6789");
+    EXPECT_EQ(line_record.counters[COUNTER::BYTES_DONE], "9");
+    EXPECT_NEAR(desktop_clock, 3'604'990 + 5'000, 40);
+    EXPECT_EQ(event_texts(),
+              (std::vector<std::string>{"STATUS Waiting", "button Cancel", "STATUS Receiving"}));
+}
+
+TEST_F(CommTransfer, AsciiReceiveOnAFullDisk) {
+    line_brings("0123");
+    expect_message("File Write Error", COMM_TITLE, MESSAGE_ICON::STOP);
+    EXPECT_EQ(ascii_receive_file(nullptr, &port, "/dev/full"), TRANSFER_FILE_ERROR);
+}
+
+// --- one send, one receive ---
+
+struct WHOLE_CASE {
+    const char* name;
+    int action;
+    std::uint32_t interface_mode;
+    std::uint32_t protocol;
+    bool dials;
+    std::vector<std::string> events;
+};
+const std::string INIT = "> AT&F&C1\r";
+const std::string HANG_UP = "> +++AT H0\r";
+const WHOLE_CASE WHOLE_CASES[] = {
+    {"send",
+     ACTION_SEND,
+     INTERFACE_DIRECT,
+     PROTOCOL_NONE,
+     true,
+     {"open", "STATUS Sending", "button Cancel", "> abc", "STATUS Completed", "button Send", "close"}},
+    {"XMODEM send",
+     ACTION_SEND,
+     INTERFACE_DIRECT,
+     PROTOCOL_XMODEM,
+     true,
+     {"open", "STATUS Waiting", "button Cancel", "STATUS Timeout Error", "button Send", "close"}},
+    {"dial",
+     ACTION_SEND,
+     INTERFACE_MODEM,
+     PROTOCOL_NONE,
+     true,
+     {"open", "ask number", "button Cancel", "STATUS Initializing", INIT, "STATUS Dialing", "> ATDT5\r",
+      "STATUS Waiting", "STATUS Sending", "button Cancel", "> abc+++AT H0\r", "STATUS Completed",
+      "button Send", "close"}},
+    {"dial cancelled",
+     ACTION_SEND,
+     INTERFACE_MODEM,
+     PROTOCOL_NONE,
+     false,
+     {"open", "ask number", "STATUS Dial Canceled", "button Send", "close"}},
+    {"receive",
+     ACTION_RECEIVE,
+     INTERFACE_DIRECT,
+     PROTOCOL_NONE,
+     true,
+     {"open", "STATUS Waiting", "button Cancel", "STATUS Receiving", "STATUS Completed", "button Receive",
+      "close"}},
+    {"receive a call",
+     ACTION_RECEIVE,
+     INTERFACE_MODEM,
+     PROTOCOL_NONE,
+     false,
+     {"open", "button Cancel", "STATUS Initializing", INIT, "STATUS Waiting", "STATUS Waiting",
+      "button Cancel", "STATUS Receiving", HANG_UP, "STATUS Completed", "button Receive", "close"}},
+};
+
+TEST_F(CommTransfer, FromTheOpenedPortToTheResult) {
+    for (const WHOLE_CASE& c : WHOLE_CASES) {
+        SCOPED_TRACE(c.name);
+        start_over();
+        comm_settings.interface_mode = c.interface_mode;
+        comm_settings.protocol = c.protocol;
+        if (c.dials)
+            line_script.typed_number = "5";
+        line_script.has_carrier = [](std::uint32_t) {
+            return desktop_clock > 2'000 && desktop_clock < 60'000;
+        };
+        if (c.action == ACTION_RECEIVE)
+            line_brings("xyz", 20'000);
+        put_file(FILE_NAME, "abc");
+        (c.action == ACTION_SEND ? send_file : receive_file)(nullptr, FILE_NAME);
+        EXPECT_EQ(event_texts(), c.events);
+        EXPECT_EQ(desktop_beeps, 1);
+        EXPECT_EQ(get_file(FILE_NAME), c.action == ACTION_SEND ? "abc" : "xyz");
+    }
+    EXPECT_FALSE(std::filesystem::exists(LOG_FILE_NAME));
+}
+
+TEST_F(CommTransfer, SmallArithmetic) {
+    EXPECT_EQ(increment_extension(0), ".000");
+    EXPECT_EQ(increment_extension(42), ".042");
+    EXPECT_EQ(increment_extension(1000), ".1000");
+    EXPECT_EQ(xmodem_blocks(0), 0);
+    EXPECT_EQ(xmodem_blocks(128), 1);
+    EXPECT_EQ(xmodem_blocks(300), 3);
+    EXPECT_EQ(xmodem_blocks(~0ULL), (~0ULL >> 7) + 1);
+}
+
+// --- auto receive ---
+
+std::string without_header(const std::string& log) {
+    return log.substr(std::min(log.size(), log.find("-----\n") + 6));
+}
+
+TEST_F(CommTransfer, AutoReceiveIncrements) {
+    auto_receive_flag = true;
+    auto_receive_counter = 7;
+    comm_settings.filemode = FILE_INCREMENT;
+    desktop_time.hour = 13;
+    put_file("DATA.008", "an older file, overwritten");
+    std::filesystem::create_directory("A.B");
+    answer_each_byte({frame_of(1, "one", true), EOT, "", frame_of(1, "two", true), EOT, "", "", ""});
+    // The third file never comes; after two hours the operator gives up.
+    line_script.is_cancel_pressed = [](std::uint32_t) { return desktop_clock > 7'200'000; };
+    receive_file(nullptr, "A.B/DATA");
+    EXPECT_EQ(get_file("A.B/DATA.007"), "one");
+    EXPECT_EQ(get_file("A.B/DATA.008"), "two");
+    EXPECT_EQ(get_file("A.B/DATA.009"), "");
+    EXPECT_EQ(auto_receive_counter, 10);
+    EXPECT_EQ(without_header(get_file("LOG.TXT")),
+              "11-21-2026 01:05 pm 01:05 pm   9600  XMODEM   XON/XOFF  DATA.007     128    OK\n"
+              "11-21-2026 01:05 pm 01:05 pm   9600  XMODEM   XON/XOFF  DATA.008     128    OK\n");
+    std::vector<std::string> shown;
+    for (const std::string& text : event_texts())
+        if (!text.starts_with("> "))
+            shown.push_back(text);
+    EXPECT_EQ(shown, (std::vector<std::string>{
+                         "open", "file DATA.007", "STATUS Waiting", "button Cancel", "STATUS Receiving",
+                         "STATUS Completed", "file DATA.008", "STATUS Waiting", "button Cancel",
+                         "STATUS Receiving", "STATUS Completed", "file DATA.009", "STATUS Waiting",
+                         "button Cancel", "STATUS User Abort", "button Receive", "close"}));
+    EXPECT_EQ(desktop_beeps, 3);
+}
+
+TEST_F(CommTransfer, AutoReceiveAppends) {
+    auto_receive_flag = true;
+    comm_settings.protocol = PROTOCOL_NONE;
+    put_file("DATA.TXT", "before ");
+    line_brings("one ", 1'000);
+    line_brings("two ", 10'000);
+    line_script.is_cancel_pressed = [](std::uint32_t) { return desktop_clock > 90'000; };
+    receive_file(nullptr, "DATA.TXT");
+    EXPECT_EQ(get_file("DATA.TXT"), "before one two ");
+    EXPECT_EQ(without_header(get_file("LOG.TXT")),
+              "11-21-2026 09:05 am 09:05 am   9600  NONE     NONE      DATA.TXT     3      OK\n"
+              "11-21-2026 09:05 am 09:05 am   9600  NONE     NONE      DATA.TXT     3      OK\n");
+}
+
+// A frame that stays broken off is logged and the next call waited for; so is a lost carrier, with what was
+// received until then. A line that never connected has nothing but its result.
+TEST_F(CommTransfer, AutoReceiveGoesOnAfterFailures) {
+    auto_receive_flag = true;
+    comm_settings.interface_mode = INTERFACE_MODEM;
+    const std::string frame = frame_of(1, "data", true);
+    line_brings(frame + "\x01", 8'000);
+    line_brings(frame + "\x01", 50'000);
+    line_script.has_carrier = [](std::uint32_t) {
+        return (desktop_clock > 4'000 && desktop_clock < 40'000) ||
+               (desktop_clock > 46'000 && desktop_clock < 55'000) ||
+               (desktop_clock > 90'000 && desktop_clock < 91'000);
+    };
+    line_script.is_cancel_pressed = [](std::uint32_t) { return desktop_clock > 120'000; };
+    receive_file(nullptr, "DATA.TXT");
+    EXPECT_EQ(
+        without_header(get_file("LOG.TXT")),
+        "11-21-2026 09:05 am 09:05 am   9600  XMODEM   XON/XOFF  DATA.TXT     128    TIMEOUT\n"
+        "11-21-2026 09:05 am 09:05 am   9600  XMODEM   XON/XOFF  DATA.TXT     128    LOSS OF CARRIER\n" +
+            std::string(76, ' ') + "LOSS OF CARRIER\n");
+}
+
+// Each pass shows the message again; between two of them there is time for Cancel.
+TEST_F(CommTransfer, AutoReceiveIntoAMissingFolderCanBeLeft) {
+    auto_receive_flag = true;
+    comm_settings.filemode = FILE_INCREMENT;
+    for (int pass = 0; pass < 3; ++pass)
+        expect_message("Error Opening File", COMM_TITLE, MESSAGE_ICON::STOP);
+    line_script.is_cancel_pressed = [](std::uint32_t) { return desktop_clock > 5'000; };
+    receive_file(nullptr, "missing/DATA");
+    EXPECT_EQ(without_header(get_file("LOG.TXT")),
+              "11-21-2026 09:05 am 09:05 am   9600  XMODEM   XON/XOFF  DATA.000     0      FILE ERROR\n"
+              "11-21-2026 09:05 am 09:05 am   9600  XMODEM   XON/XOFF  DATA.001     0      FILE ERROR\n"
+              "11-21-2026 09:05 am 09:05 am   9600  XMODEM   XON/XOFF  DATA.002     0      FILE ERROR\n");
+    EXPECT_EQ(line_record.counters[COUNTER::STATUS], "User Abort");
+}
+
+} // namespace

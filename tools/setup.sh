@@ -43,13 +43,18 @@ use_prefix() {
     echo "Preparing Wine in ${directory#"$PWD"/}"
     rm -rf "$directory"
     mkdir -p "$directory"
-    # The server starts first and with its output thrown away: its services keep the first client's streams.
-    wineserver -p >/dev/null 2>&1
-    env -u DISPLAY wine wineboot -i </dev/null >/dev/null 2>&1
+    start_wine
     wine reg add 'HKLM\Software\Wine\Ports' /v COM1 /d "$port" /f </dev/null >/dev/null 2>&1
     wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d "$graphics" /f </dev/null >/dev/null 2>&1
     stop_wine
     echo "$made_with" >"$stamp"
+}
+
+# Starts the server and its services with their output thrown away: they keep the streams of their first client.
+# Ports are named at this moment.
+start_wine() {
+    wineserver >/dev/null 2>&1 || true # it may run already
+    wine wineboot </dev/null >/dev/null 2>&1
 }
 
 stop_wine() {

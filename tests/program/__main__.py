@@ -5,6 +5,7 @@ import faulthandler
 import pathlib
 import sys
 import time
+import traceback
 import unittest
 
 import tolvan
@@ -13,9 +14,6 @@ SUITE_LIMIT = 1100  # seconds, after which everything is given up with a trace
 
 
 class MarkedResult(unittest.TestResult):
-    def bad(self):
-        return len(self.failures) + len(self.errors)
-
     def startTest(self, test):
         super().startTest(test)
         self.began, self.bad_before = time.monotonic(), self.bad()
@@ -23,10 +21,24 @@ class MarkedResult(unittest.TestResult):
 
     def stopTest(self, test):
         mark = "[       OK ]" if self.bad() == self.bad_before else "[  FAILED  ]"
-        for _, trace in (self.failures + self.errors)[self.bad_before:]:
-            print(trace)
         print(f"{mark} {name_of(test)} ({(time.monotonic() - self.began) * 1000:.0f} ms)", flush=True)
         super().stopTest(test)
+
+    def bad(self):
+        return len(self.failures) + len(self.errors)
+
+    def addFailure(self, test, err):
+        super().addFailure(test, err)
+        print(self.failures[-1][1])
+
+    def addError(self, test, err):
+        super().addError(test, err)
+        print(self.errors[-1][1])
+
+    def addSubTest(self, test, subtest, err):
+        super().addSubTest(test, subtest, err)
+        if err:
+            print(subtest, "".join(traceback.format_exception(*err)))
 
 
 def name_of(test):

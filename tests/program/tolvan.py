@@ -15,6 +15,7 @@ import json
 import os
 import pathlib
 import re
+import select
 import shutil
 import subprocess
 import sys
@@ -230,11 +231,8 @@ class Line:
         data = b""
         deadline = time.monotonic() + limit
         while len(data) < count and time.monotonic() < deadline:
-            data += os.read(self.master, count - len(data)) if self.readable() else b""
+            data += self.some(count - len(data))
         return data
-
-    def readable(self):
-        return portable.select.select([self.master], [], [], 0.1)[0]
 
     def expect(self, wanted, limit=LIMIT):
         """Reads until the wanted bytes have come and returns all up to and with them."""
@@ -243,8 +241,17 @@ class Line:
         while not data.endswith(wanted):
             if time.monotonic() > deadline:
                 raise AssertionError(f"waited {limit} s for {wanted!r} and read {data!r}")
-            data += os.read(self.master, 1) if self.readable() else b""
+            data += self.some(1)
         return data
+
+    def some(self, count):
+        """What waits, or comes within a moment, also before the program has opened the port."""
+        if not portable.is_open(self.master):
+            time.sleep(POLL)
+        try:
+            return os.read(self.master, count) if select.select([self.master], [], [], 0.1)[0] else b""
+        except OSError:
+            return b""
 
     def start(self, *command, folder):
         """Runs rx or sx on the line as soon as the program has opened it."""
@@ -253,19 +260,21 @@ class Line:
 
 class Transfer:
     def __init__(self, line, command, folder):
-        self.status = None
+        self.status = "still running"
         self.command = command
         self.thread = threading.Thread(target=self.run, args=(line, folder), daemon=True)
         self.thread.start()
 
     def run(self, line, folder):
-        line.wait_open()
-        self.status = portable.relay(line.master, self.command, folder)
+        try:
+            line.wait_open()
+            self.status = portable.relay(line.master, self.command, folder)
+        except (AssertionError, OSError, TypeError) as error:  # the test may have closed the line by now
+            self.status = error
 
     def finish(self, limit=3 * LIMIT):
-        """Waits for the end and returns the exit status."""
+        """Waits for the end and returns the exit status, or what kept the transfer from ending."""
         self.thread.join(limit)
-        assert not self.thread.is_alive(), f"{self.command} did not end within {limit} s"
         return self.status
 
 
@@ -281,11 +290,11 @@ class Program:
         if settings is not None:
             write_settings(dict(settings))
         self.process = start_wine(PROGRAM, *arguments, cwd=folder, env={**os.environ, **dict(environment)})
+        self.main = None
         self.windows_process = None
 
     def __enter__(self):
-        self.main = wait_for("the main window", self.find_main)
-        self.windows_process = self.main.known["process"]
+        wait_for("the main window", lambda: self.find_main() or self.process.poll() is not None)
         return self
 
     def __exit__(self, *_):
@@ -295,10 +304,11 @@ class Program:
             wait_for("the end of the program", lambda: not self.own_windows())
 
     def find_main(self):
-        if self.process.poll() is not None:
-            raise AssertionError(f"the program ended with {self.process.returncode} before it could be seen")
-        found = [window for window in desktop.windows() if window.known["class"] == TITLE]
-        return found[0] if found else None
+        for window in desktop.windows():
+            if window.known["class"] == TITLE:
+                self.main = window
+                self.windows_process = window.known["process"]
+        return self.main
 
     def own_windows(self):
         return [window for window in desktop.windows() if window.known["process"] == self.windows_process]
