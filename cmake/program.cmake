@@ -27,7 +27,8 @@ set_source_files_properties(${TOLVAN_RESOURCES} PROPERTIES
 add_executable(TolvanP WIN32 app/main.cpp ${TOLVAN_RESOURCES})
 target_include_directories(TolvanP PRIVATE ${CMAKE_SOURCE_DIR})
 target_link_libraries(TolvanP PRIVATE tolvan_screens)
-target_link_options(TolvanP PRIVATE -s)
+# The window procedure is exported under its plain name, on 32-bit Windows too.
+target_link_options(TolvanP PRIVATE -s -Wl,--kill-at)
 
 # GoogleTest for Windows is built from the sources that Debian packages.
 set(GOOGLETEST_SOURCE /usr/src/googletest CACHE PATH "GoogleTest's sources")
