@@ -107,6 +107,8 @@ class SettingsTest(ProgramTest):
             self.assertEqual(set(read_settings()["DIRECT"].values()) & set(kept.values()), set())
 
     def test_window_size_lasts(self):
+        with Program(settings={"MAIN_WINDOW": {"CX": 600}}) as program:
+            self.assertEqual(program.main.size(), (600, 86))
         with Program(settings={"MAIN_WINDOW": {"CX": 700, "CY": 300}}) as program:
             self.assertEqual(program.main.size(), (700, 300))
             program.main.post(WM_SYSCOMMAND, SC_MINIMIZE)
