@@ -39,10 +39,12 @@ char option_letter(std::string_view command_line) {
 } // namespace
 
 COMMAND_LINE_REQUEST parse_command_line(std::string_view command_line) {
-    const char option = option_letter(command_line);
+    // A shell puts its quotes around the whole of an argument that holds blanks.
+    const std::string argument = without_quotes(command_line);
+    const char option = option_letter(argument);
     if (option == 0)
         return {};
-    const std::string file = without_quotes(without_blanks(command_line.substr(3)));
+    const std::string file = without_quotes(without_blanks(std::string_view(argument).substr(3)));
     if (file.empty())
         return {};
     return {option, file};

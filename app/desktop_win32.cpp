@@ -42,8 +42,12 @@ BUTTON show_message(WINDOW owner, const std::string& text, const std::string& ca
                     MESSAGE_BUTTONS buttons) {
     // Without an owner nothing would keep the operator from working on behind the box.
     const UINT modality = owner == nullptr ? MB_TASKMODAL : MB_APPLMODAL;
-    switch (MessageBoxA(static_cast<HWND>(owner), text.c_str(), caption.c_str(),
-                        icon_style(icon) | buttons_style(buttons) | modality)) {
+    HWND active = GetActiveWindow();
+    const int pressed = MessageBoxA(static_cast<HWND>(owner), text.c_str(), caption.c_str(),
+                                    icon_style(icon) | buttons_style(buttons) | modality);
+    if (GetActiveWindow() == nullptr) // a box without an owner may give the keyboard back to nobody
+        SetActiveWindow(active);
+    switch (pressed) {
     case IDYES:
         return BUTTON::YES;
     case IDNO:

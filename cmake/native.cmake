@@ -1,4 +1,11 @@
-# The native side: logic tests against scripted seams, and the benchmarks.
+# The native side: the benchmarks, or the logic tests against scripted seams.
+if(TOLVAN_BENCH)
+    find_package(benchmark REQUIRED)
+    add_executable(tolvan_bench bench/tolvan_bench.cpp bench/bench_desktop.cpp)
+    target_link_libraries(tolvan_bench PRIVATE tolvan_logic benchmark::benchmark)
+    return()
+endif()
+
 find_package(GTest REQUIRED)
 
 add_library(tolvan_test_seams OBJECT tests/desktop_script.cpp tests/line_script.cpp)
@@ -24,12 +31,6 @@ target_compile_definitions(logic_tests PRIVATE TOLVAN_SAMPLES="${CMAKE_SOURCE_DI
 # Makes the files in samples/ with the program's own code.
 add_executable(make_samples tools/make_samples.cpp)
 target_link_libraries(make_samples PRIVATE tolvan_test_seams)
-
-if(TOLVAN_BENCH)
-    find_package(benchmark REQUIRED)
-    add_executable(tolvan_bench bench/tolvan_bench.cpp bench/bench_desktop.cpp)
-    target_link_libraries(tolvan_bench PRIVATE tolvan_logic benchmark::benchmark)
-endif()
 
 # Preloaded by the program tests; it meets Wine's processes, so no sanitizer may be in it.
 add_library(fake_modem MODULE tests/program/fake_modem.c)

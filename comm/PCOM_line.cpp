@@ -111,8 +111,7 @@ int send_byte(WINDOW screen, LINE* port, std::uint8_t byte, SEND_RULE rule) {
 }
 
 LINE_WRITE write_direct(LINE* port, std::uint8_t byte) {
-    while (clear_line_error(port, nullptr) != 0)
-        rest_when_silent();
+    clear_line_error(port, nullptr);
     active_at = tick_count();
     return write_line_byte(port, byte);
 }

@@ -25,7 +25,7 @@ FILE_HANDLE open_file_to_receive(const std::string& name) {
     const bool append = auto_receive_flag && comm_settings.filemode != FILE_INCREMENT;
     FILE_HANDLE file = open_file(name, append ? "ab" : "wb");
     if (file) {
-        std::setvbuf(file.get(), nullptr, _IONBF, 0);
+        (void)std::setvbuf(file.get(), nullptr, _IONBF, 0);
         return file;
     }
     note_receive_start();

@@ -57,7 +57,7 @@ FILE_HANDLE open_log() {
     const bool is_new = !open_file(LOG_FILE_NAME, "rb");
     FILE_HANDLE log = open_file(LOG_FILE_NAME, "ab");
     if (log && is_new)
-        std::fputs(LOG_HEADER, log.get());
+        (void)std::fputs(LOG_HEADER, log.get());
     return log;
 }
 

@@ -15,9 +15,13 @@ constexpr int CONNECT_POLLS = 10;
 constexpr std::uint32_t ESCAPE_GUARD = 1500; // silence that makes the modem take "+++" as its escape
 constexpr std::uint32_t AFTER_HANG_UP = 1000;
 
+// Each byte waits until the line reports no error.
 void send_command(LINE* port, std::string_view command) {
-    for (const char c : command)
-        write_direct(port, static_cast<std::uint8_t>(c));
+    for (const char c : command) {
+        while (clear_line_error(port, nullptr) != 0)
+            rest_when_silent();
+        write_line_byte(port, static_cast<std::uint8_t>(c));
+    }
 }
 
 void initialize_modem(WINDOW screen, LINE* port) {

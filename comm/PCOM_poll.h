@@ -21,8 +21,8 @@ bool always_allowed(const LINE_STATUS& status);
 // TRANSFER_CANCELLED, or TRANSFER_LINE_FAILED when the write itself fails.
 int send_byte(WINDOW screen, LINE* port, std::uint8_t byte, SEND_RULE rule);
 
-// Calls clear_line_error until the error word is empty, then writes the byte once, without regard to flow
-// control or cancel: for modem commands and for the last byte of a transfer.
+// Clears the line's errors and writes the byte once, without regard to flow control, carrier or cancel: for
+// requests that are repeated anyway and for the last byte of a transfer.
 LINE_WRITE write_direct(LINE* port, std::uint8_t byte);
 
 // Gives the processor away when no byte has come or gone for a while.

@@ -124,15 +124,6 @@ void focus_on(HWND screen, int control) {
 
 // --- the choice of a file ---
 
-void take_file(HWND screen, const std::string& path, const std::string& shown_name) {
-    current.path = path;
-    for (int i = 0; i < COUNTER_COUNT; ++i)
-        show_counter(screen, static_cast<COUNTER>(i), "");
-    show_transfer_file(screen, shown_name);
-    EnableWindow(GetDlgItem(screen, IDOK), TRUE);
-    focus_on(screen, IDOK);
-}
-
 void show_file_size(HWND screen) {
     const FILE_HANDLE file = open_file(current.path, "rb");
     const std::int64_t size = file ? file_length(file.get()) : -1;
@@ -142,16 +133,25 @@ void show_file_size(HWND screen) {
     show_counter(screen, COUNTER::BLOCKS, std::to_string(xmodem_blocks(static_cast<std::uint64_t>(size))));
 }
 
+void take_file(HWND screen, const std::string& path, const std::string& shown_name) {
+    current.path = path;
+    for (int i = 0; i < COUNTER_COUNT; ++i)
+        show_counter(screen, static_cast<COUNTER>(i), "");
+    show_transfer_file(screen, shown_name);
+    if (current.action == ACTION_SEND)
+        show_file_size(screen);
+    EnableWindow(GetDlgItem(screen, IDOK), TRUE);
+    focus_on(screen, IDOK);
+}
+
 void browse_send(HWND screen) {
     FILE_DIALOG dialog{.owner = screen,
                        .filters = SEND_FILTERS,
                        .title = "Enter Filename To Send",
                        .name = "",
                        .directory = &send_directory};
-    if (!ask_open_name(dialog))
-        return;
-    take_file(screen, dialog.name, path_file_title(dialog.name));
-    show_file_size(screen);
+    if (ask_open_name(dialog))
+        take_file(screen, dialog.name, path_file_title(dialog.name));
 }
 
 // The chosen name with the extension of the chosen filter, unless it brings one of its own.

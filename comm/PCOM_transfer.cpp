@@ -82,8 +82,8 @@ void append_log_line(std::FILE* log, const char* notes) {
     if (!log || !notes)
         return;
     log_entry.notes = notes;
-    std::fputs(log_line(log_entry).c_str(), log);
-    std::fflush(log); // a power cut loses no line
+    (void)std::fputs(log_line(log_entry).c_str(), log);
+    (void)std::fflush(log); // a power cut loses no line
 }
 
 // One call and the file that comes with it. A TRANSFER_RESULT.

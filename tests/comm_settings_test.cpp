@@ -98,7 +98,7 @@ TEST_F(CommSettings, APortThatDoesNotOpenIsReportedAndNothingStarts) {
             expect_message(text, "Tolvan Programmer", MESSAGE_ICON::STOP);
             line_record.events.clear();
             transfer(nullptr, "FILE.DAT");
-            EXPECT_EQ(event_texts(), std::vector<std::string>{"open"});
+            EXPECT_EQ(event_texts(), "open");
         }
     }
     EXPECT_EQ(desktop_beeps, 0);

@@ -2,7 +2,6 @@
 
 #include "comm/PCOM_log.h"
 
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <unistd.h>
@@ -21,7 +20,7 @@ CommTest::~CommTest() {
     EXPECT_EQ(line_record.open_lines, 0);
     start_over();
     const fs::path folder = fs::current_path();
-    fs::current_path(folder.parent_path());
+    fs::current_path(started_in);
     fs::remove_all(folder);
 }
 
@@ -103,9 +102,9 @@ void answer_each_byte(std::vector<std::string> answers) {
     };
 }
 
-std::vector<std::string> event_texts() {
-    std::vector<std::string> texts;
+std::string event_texts() {
+    std::string texts;
     for (const LINE_EVENT& event : line_record.events)
-        texts.push_back(event.text);
+        texts += (texts.empty() ? "" : "|") + event.text;
     return texts;
 }

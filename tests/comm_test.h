@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,7 @@ class CommTest : public testing::Test {
 protected:
     CommTest();
     ~CommTest() override;
+    std::filesystem::path started_in = std::filesystem::current_path();
 };
 
 // Forgets what ran before within one test: line, desktop, settings and counters.
@@ -37,4 +39,4 @@ std::vector<std::string> frames_of(const std::string& data, bool crc_mode);
 // The other side answers each byte it hears with the next of these; "" is silence, as is all after the last.
 void answer_each_byte(std::vector<std::string> answers);
 
-std::vector<std::string> event_texts();
+std::string event_texts(); // "open|STATUS Waiting|..."

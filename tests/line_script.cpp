@@ -18,10 +18,10 @@ struct COMING_BYTE {
     std::uint32_t at;
 };
 std::deque<COMING_BYTE> coming;
-LINE line;
+LINE the_line;
 
 [[noreturn]] void stop_test(const char* why) {
-    std::fprintf(stderr, "line script: %s\n", why);
+    (void)std::fprintf(stderr, "line script: %s\n", why);
     std::abort();
 }
 
@@ -59,11 +59,11 @@ OPENED_LINE open_line(const LINE_SETTINGS& settings) {
     if (line_script.opening != LINE_OPENING::OPEN)
         return {line_script.opening, nullptr};
     ++line_record.open_lines;
-    return {LINE_OPENING::OPEN, &line};
+    return {LINE_OPENING::OPEN, &the_line};
 }
 
-void close_line(LINE* closed) {
-    if (closed != &line || line_record.open_lines != 1)
+void close_line(LINE* line) {
+    if (line != &the_line || line_record.open_lines != 1)
         stop_test("a line closed that is not open");
     --line_record.open_lines;
     note("close");
@@ -74,9 +74,9 @@ std::uint32_t clear_line_error(LINE*, LINE_STATUS* status) {
     return line_script.status ? line_script.status(status ? *status : quiet) : 0;
 }
 
-bool read_line_byte(LINE* from, std::uint8_t* byte) {
+bool read_line_byte(LINE* line, std::uint8_t* byte) {
     if (line_script.read)
-        return line_script.read(from, byte);
+        return line_script.read(line, byte);
     if (coming.empty() || coming.front().at > desktop_clock)
         return false;
     *byte = coming.front().byte;
@@ -85,8 +85,8 @@ bool read_line_byte(LINE* from, std::uint8_t* byte) {
     return true;
 }
 
-LINE_WRITE write_line_byte(LINE* to, std::uint8_t byte) {
-    const LINE_WRITE result = line_script.write ? line_script.write(to, byte) : LINE_WRITE::DONE;
+LINE_WRITE write_line_byte(LINE* line, std::uint8_t byte) {
+    const LINE_WRITE result = line_script.write ? line_script.write(line, byte) : LINE_WRITE::DONE;
     if (result == LINE_WRITE::DONE) {
         note_sent(byte);
         if (line_script.heard)

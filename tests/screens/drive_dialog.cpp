@@ -2,6 +2,7 @@
 
 #include "app/dialogs.h"
 
+#include <commctrl.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -17,6 +18,7 @@ constexpr int FILE_NAME_EDIT = 0x47c; // of the system's file dialogs
 
 DWORD dialog_thread;   // the one that runs the screens
 HANDLE settled;        // set when the marker has been taken
+HANDLE screen_ended;   // set when nothing will take messages any more
 UINT settling_message; // the marker
 
 LRESULT CALLBACK see_marker(int code, WPARAM wParam, LPARAM lParam) {
@@ -105,6 +107,7 @@ void drive(const std::function<void()>& screen, const std::function<void()>& scr
     dialog_thread = GetCurrentThreadId();
     settling_message = RegisterWindowMessageA("Tolvan screen test step");
     settled = CreateEventA(nullptr, FALSE, FALSE, nullptr);
+    screen_ended = CreateEventA(nullptr, TRUE, FALSE, nullptr);
     HHOOK hook = SetWindowsHookExA(WH_GETMESSAGE, see_marker, nullptr, dialog_thread);
     std::thread operator_thread([&] {
         try {
@@ -115,9 +118,11 @@ void drive(const std::function<void()>& screen, const std::function<void()>& scr
         }
     });
     screen();
+    SetEvent(screen_ended);
     operator_thread.join();
     UnhookWindowsHookEx(hook);
     CloseHandle(settled);
+    CloseHandle(screen_ended);
 }
 
 void wait_until(const std::function<bool()>& condition, const std::string& what) {
@@ -133,9 +138,12 @@ HWND wait_for_window(const std::string& title, const char* class_name) {
     HWND found = nullptr;
     wait_until(
         [&] {
-            for (HWND window : thread_windows())
-                if (class_of(window) == class_name && window_text(window) == title && IsWindowEnabled(window))
+            for (HWND window : thread_windows()) {
+                // A message box may be named like the dialog below it: that one is disabled.
+                const bool fits = class_of(window) == class_name && window_text(window) == title;
+                if (fits && (found == nullptr || IsWindowEnabled(window)))
                     found = window;
+            }
             return found != nullptr;
         },
         "window \"" + title + '"');
@@ -149,10 +157,11 @@ void wait_until_closed(HWND window) {
 
 void settle() {
     // Twice: what a message posts when it is taken (a key its character) stands behind the first marker.
+    const HANDLE events[] = {settled, screen_ended};
     for (int i = 0; i < 2; ++i) {
         ResetEvent(settled);
-        if (!PostThreadMessageA(dialog_thread, settling_message, 0, 0) ||
-            WaitForSingleObject(settled, STEP_LIMIT) != WAIT_OBJECT_0)
+        PostThreadMessageA(dialog_thread, settling_message, 0, 0);
+        if (WaitForMultipleObjects(2, events, FALSE, STEP_LIMIT) == WAIT_TIMEOUT)
             throw std::runtime_error("The dialogs' thread takes no messages");
     }
 }
@@ -191,6 +200,11 @@ std::vector<std::string> list_entries(HWND dialog, int list) {
 
 int chosen_entry(HWND dialog, int list) {
     return static_cast<int>(SendDlgItemMessageA(dialog, list, CB_GETCURSEL, 0, 0));
+}
+
+void move_focus(HWND dialog, int control) {
+    PostMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog, control)), TRUE);
+    settle();
 }
 
 void press_key(int virtual_key) {
@@ -293,8 +307,8 @@ std::vector<std::string> layout_faults(HWND dialog) {
         const bool shows_caption = class_of(control) == "Static" || class_of(control) == "Button";
         if (shows_caption && text_width(control) > place.right - place.left)
             faults.push_back(name + " is cut");
-        if (is_group_box(control))
-            continue;
+        if (is_group_box(control) || class_of(control) == UPDOWN_CLASSA)
+            continue; // the one goes around others, the other into the border of its edit
         for (HWND other : seen) {
             const RECT other_place = place_in(dialog, other);
             if (IntersectRect(&common, &place, &other_place))

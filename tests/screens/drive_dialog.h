@@ -25,7 +25,8 @@ void enter_text(HWND dialog, int control, const std::string& text); // replaces 
 void click(HWND dialog, int control);
 void choose_entry(HWND dialog, int list, int index); // of a drop-down list
 std::vector<std::string> list_entries(HWND dialog, int list);
-int chosen_entry(HWND dialog, int list);  // -1 for none
+int chosen_entry(HWND dialog, int list); // -1 for none
+void move_focus(HWND dialog, int control);
 void press_key(int virtual_key);          // goes to the control that has the focus
 void type_text(const std::string& text);  // the same
 void choose_command(HWND window, int id); // a menu item or a toolbar button, by its command
