@@ -113,6 +113,8 @@ def receive_xmodem(master, folder):
     size = arriving.stat().st_size if arriving.exists() else 0
     if status != 0 or size == 0:
         arriving.unlink(missing_ok=True)
+        if size > 0:
+            print(f"broken off after {size} bytes", flush=True)
         return
     with open(arriving, "rb") as file:
         kind = file.read(5)[4:]
