@@ -28,7 +28,7 @@ build() {
     for target in "$@"; do
         targets+=(--target "$target")
     done
-    [[ -f build/$preset/build.ninja ]] || cmake --preset "$preset" >/dev/null || return
+    cmake --preset "$preset" >/dev/null || return # each time: what it looks for may have been installed since
     cmake --build "build/$preset" "${targets[@]}"
 }
 
