@@ -85,6 +85,7 @@ const WHOLE_CASE WHOLE_CASES[] = {
             "button Receive"},
 };
 
+// On a direct cable nobody asks for the carrier, which is not there at first.
 TEST_F(CommTransfer, FromTheOpenedPortToTheResult) {
     for (const WHOLE_CASE& c : WHOLE_CASES) {
         SCOPED_TRACE(c.events);
