@@ -17,6 +17,7 @@ enum DIAL_METHOD { DIAL_TONE = 0, DIAL_PULSE = 1 };
 
 inline constexpr std::size_t MODEM_INIT_LIMIT = 254;  // bytes
 inline constexpr std::size_t PHONE_NUMBER_LIMIT = 29; // bytes
+inline constexpr std::size_t XMODEM_BLOCK_SIZE = 128; // bytes
 
 // Values come from the settings file unchecked: nothing may index by them.
 struct COMM_SETTINGS {
@@ -94,7 +95,7 @@ extern std::uint32_t auto_receive_counter; // number in the name of the next fil
 // NAME.001 for a name and the counter.
 std::string increment_extension(std::uint32_t counter);
 
-// Number of 128-byte blocks that a file of `size` bytes fills.
+// Number of XMODEM blocks that a file of `size` bytes fills.
 std::uint64_t xmodem_blocks(std::uint64_t size);
 
 // What the Send/Receive screen shows of the settings.

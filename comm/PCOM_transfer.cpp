@@ -17,7 +17,6 @@ std::uint32_t auto_receive_counter = 0;
 
 namespace {
 
-constexpr std::uint64_t XMODEM_BLOCK = 128; // bytes
 constexpr std::size_t EXTENSION_DIGITS = 3;
 constexpr std::uint32_t CANCEL_CHANCE = 2000; // ms
 
@@ -131,7 +130,7 @@ std::string increment_extension(std::uint32_t counter) {
 }
 
 std::uint64_t xmodem_blocks(std::uint64_t size) {
-    return size / XMODEM_BLOCK + (size % XMODEM_BLOCK != 0 ? 1 : 0);
+    return size / XMODEM_BLOCK_SIZE + (size % XMODEM_BLOCK_SIZE != 0 ? 1 : 0);
 }
 
 void send_file(WINDOW screen, const std::string& path) {

@@ -26,7 +26,6 @@ constexpr std::uint8_t CAN = 0x18;
 constexpr std::uint8_t CRC_REQUEST = 'C';
 constexpr std::uint8_t SMALL_CRC_REQUEST = 'c'; // some receivers ask with this
 
-constexpr std::size_t BLOCK_SIZE = 128;
 constexpr std::size_t HEADER_SIZE = 3;
 
 constexpr std::uint32_t REQUEST_LIMIT = 60000; // ms, as are all limits
@@ -205,22 +204,22 @@ int request_start(RECEIVER& receiver) {
 // good frame.
 bool is_good_frame(const RECEIVER& receiver) {
     const std::string_view frame = receiver.frame;
-    const std::string_view data = frame.substr(HEADER_SIZE, BLOCK_SIZE);
+    const std::string_view data = frame.substr(HEADER_SIZE, XMODEM_BLOCK_SIZE);
     return frame.substr(1, HEADER_SIZE - 1) == header_of(receiver.expected).substr(1) &&
-           frame.substr(HEADER_SIZE + BLOCK_SIZE) == check_of(data, receiver.crc_mode);
+           frame.substr(HEADER_SIZE + XMODEM_BLOCK_SIZE) == check_of(data, receiver.crc_mode);
 }
 
 // Stores the block before this one, holds this one, and acknowledges it. A TRANSFER_RESULT.
 int accept_frame(RECEIVER& receiver) {
     show_number(receiver.screen, COUNTER::BLOCKS_DONE, receiver.expected);
     ++receiver.expected;
-    receiver.byte_count += BLOCK_SIZE;
+    receiver.byte_count += XMODEM_BLOCK_SIZE;
     show_number(receiver.screen, COUNTER::BYTES_DONE, receiver.byte_count);
     if (!store_bytes(receiver.file, receiver.held)) {
         show_comm_error("cbWrite error");
         return TRANSFER_FILE_ERROR;
     }
-    receiver.held = receiver.frame.substr(HEADER_SIZE, BLOCK_SIZE);
+    receiver.held = receiver.frame.substr(HEADER_SIZE, XMODEM_BLOCK_SIZE);
     receiver.retries = comm_settings.xmodem_retries;
     return send_byte(receiver.screen, receiver.port, ACK, always_allowed);
 }
@@ -235,7 +234,7 @@ int refuse_frame(RECEIVER& receiver) {
 
 // Takes frames until the sender ends the transfer or something else does. A TRANSFER_RESULT.
 int receive_frames(RECEIVER& receiver) {
-    const std::size_t frame_size = HEADER_SIZE + BLOCK_SIZE + check_of({}, receiver.crc_mode).size();
+    const std::size_t frame_size = HEADER_SIZE + XMODEM_BLOCK_SIZE + check_of({}, receiver.crc_mode).size();
     receiver.retries = comm_settings.xmodem_retries;
     std::uint32_t start = tick_count();
     for (;;) {
@@ -295,7 +294,7 @@ int xmodem_send_file(WINDOW screen, LINE* port, const std::string& file_name) {
     if (!file)
         return TRANSFER_FILE_ERROR;
     show_start(screen);
-    SENDER sender = {screen, port, BLOCK_SIZE};
+    SENDER sender = {screen, port, XMODEM_BLOCK_SIZE};
     std::uint8_t request = 0;
     int result = wait_for(screen, port, {CRC_REQUEST, SMALL_CRC_REQUEST, NAK}, REQUEST_LIMIT, request);
     if (result == TRANSFER_COMPLETED) {

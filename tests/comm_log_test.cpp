@@ -7,30 +7,17 @@ namespace {
 using CommLog = CommTest;
 
 TEST_F(CommLog, WordsForEachResult) {
-    struct {
-        int result;
-        const char* status;
-        const char* notes;
-    } const cases[] = {
-        {0, "Completed", "OK"},
-        {-1, "Transmit Error", "TRANSMISSION ERROR"},
-        {-2, "User Abort", nullptr},
-        {-3, "No Carrier", "LOSS OF CARRIER"},
-        {-4, "Modem Error", "MODEM INIT ERROR"},
-        {-5, "Dial Canceled", "DIAL CANCELED"},
-        {-6, "File Error", "FILE ERROR"},
-        {-7, "Retries Exceeded", "RETRY COUNT EXCEEDED"},
-        {-8, "Timeout Error", "TIMEOUT"},
-    };
-    for (const auto& c : cases) {
-        EXPECT_STREQ(transfer_status_text(c.result), c.status);
-        EXPECT_STREQ(transfer_log_notes(c.result), c.notes);
+    std::string words;
+    for (int result = TRANSFER_COMPLETED; result >= TRANSFER_TIMEOUT; --result) {
+        const char* const notes = transfer_log_notes(result);
+        words += transfer_status_text(result) + std::string("/") + (notes ? notes : "") + "|";
     }
+    EXPECT_EQ(words, "Completed/OK|Transmit Error/TRANSMISSION ERROR|User Abort/|No Carrier/LOSS OF CARRIER|"
+                     "Modem Error/MODEM INIT ERROR|Dial Canceled/DIAL CANCELED|File Error/FILE ERROR|"
+                     "Retries Exceeded/RETRY COUNT EXCEEDED|Timeout Error/TIMEOUT|");
 }
 
-TEST_F(CommLog, ColumnsArePaddedAndCut) {
-    EXPECT_EQ(log_line({"11-21-2026", "09:05 am", "10:15 pm", "300", "NONE", "RTC/CTS", "A.001", "7", "OK"}),
-              "11-21-2026 09:05 am 10:15 pm   300   NONE     RTC/CTS   A.001        7      OK\n");
+TEST_F(CommLog, ColumnsAreCut) {
     const std::string x(30, 'x');
     EXPECT_EQ(log_line({x, x, x, x, x, x, x, x, x}), "xxxxxxxxxx xxxxxxxx xxxxxxxx   xxxxx xxxxxxxx "
                                                      "xxxxxxxxx xxxxxxxxxxxx xxxxxx xxxxxxxxxxxxxxxxxxxxx\n");
@@ -38,8 +25,8 @@ TEST_F(CommLog, ColumnsArePaddedAndCut) {
 }
 
 TEST_F(CommLog, TheClockHasTwelveHours) {
-    const std::pair<int, const char*> cases[] = {{0, "12:07 am"},  {1, "01:07 am"},  {11, "11:07 am"},
-                                                 {12, "12:07 pm"}, {13, "01:07 pm"}, {23, "11:07 pm"}};
+    const std::pair<int, const char*> cases[] = {
+        {0, "12:07 am"}, {11, "11:07 am"}, {12, "12:07 pm"}, {23, "11:07 pm"}};
     for (const auto& [hour, text] : cases) {
         desktop_time = {2031, 2, 3, hour, 7};
         get_autoreceive_start();
@@ -57,28 +44,8 @@ TEST_F(CommLog, TheHeaderIsWrittenOnceAndLinesAreAppended) {
         "DATE       CONNECT  DISCONNECT BAUD  PROTOCOL FLOW CONT FILENAME     SIZE   NOTES\n"
         "---------- -------- ---------- ----- -------- --------- ------------ ------ -----\n";
     open_log();
-    EXPECT_EQ(get_file("LOG.TXT"), header);
     std::fputs("line\n", open_log().get());
     EXPECT_EQ(get_file("LOG.TXT"), header + "line\n");
-    put_file("LOG.TXT", "");
-    open_log();
-    EXPECT_EQ(get_file("LOG.TXT"), "");
-}
-
-// The flow column follows the protocol, whatever the flow control is.
-TEST_F(CommLog, TheFlowColumnFollowsTheProtocol) {
-    const std::pair<std::uint32_t, const char*> cases[] = {
-        {0, "NONE"}, {1, "XON/XOFF"}, {2, "RTC/CTS"}, {3, "NONE"}};
-    for (const auto& [protocol, flow] : cases) {
-        start_over();
-        auto_receive_flag = true;
-        comm_settings.protocol = protocol;
-        line_script.is_cancel_pressed = [](std::uint32_t) { return true; };
-        receive_file(nullptr, "DATA.TXT");
-        EXPECT_EQ(log_entry.flow_control, flow);
-        EXPECT_EQ(log_entry.protocol, protocol == 1 ? "XMODEM" : "NONE");
-        EXPECT_EQ(line_record.open_lines, 0);
-    }
 }
 
 } // namespace

@@ -109,15 +109,6 @@ TEST_F(CommModem, HangsUpWhenTheCarrierHasGone) {
     expect_clock(at.back(), 1000);
 }
 
-TEST_F(CommModem, ADirectCableAlwaysHasItsCarrier) {
-    line_script.has_carrier = [](std::uint32_t) { return false; };
-    EXPECT_FALSE(carrier_detect(&port));
-    for (const std::uint32_t mode : {0U, 2U, ~0U}) {
-        comm_settings.interface_mode = mode;
-        EXPECT_TRUE(carrier_detect(&port));
-    }
-}
-
 TEST_F(CommModem, ADelaySurvivesTheWrapOfTheClock) {
     desktop_clock = ~0U - 500;
     delay(1000);

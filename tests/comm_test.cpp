@@ -1,8 +1,10 @@
 #include "tests/comm_test.h"
 
+#include "app/checksum.h"
 #include "comm/PCOM_log.h"
 
 #include <fstream>
+#include <numeric>
 #include <sstream>
 #include <unistd.h>
 
@@ -42,8 +44,7 @@ std::string numbered_bytes(std::size_t count) {
 }
 
 void put_file(const std::string& name, const std::string& bytes) {
-    fs::remove(name); // a file that is cut and written anew goes to the disk at once, and thousands of them
-                      // take minutes
+    fs::remove(name); // a file that is cut and written anew goes to the disk at once: minutes for thousands
     std::ofstream(name, std::ios::binary) << bytes;
 }
 
@@ -58,34 +59,15 @@ int open_file_count() {
     return static_cast<int>(std::distance(begin(files), end(files)));
 }
 
-std::uint16_t crc_of(const std::string& data) {
-    unsigned crc = 0;
-    for (const char c : data) {
-        crc ^= static_cast<unsigned>(static_cast<unsigned char>(c)) << 8;
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc << 1) ^ ((crc & 0x8000) != 0 ? 0x1021U : 0U);
-        crc &= 0xFFFF;
-    }
-    return static_cast<std::uint16_t>(crc);
-}
-
 std::string frame_of(unsigned block, std::string data, bool crc_mode) {
     data.resize(128, '\0');
-    std::string frame = "\x01";
-    frame += static_cast<char>(block);
-    frame += static_cast<char>(255 - block % 256);
+    std::string frame = {1, static_cast<char>(block), static_cast<char>(255 - block % 256)};
     frame += data;
-    if (crc_mode) {
-        const std::uint16_t crc = crc_of(data);
-        frame += static_cast<char>(crc >> 8);
-        frame += static_cast<char>(crc & 0xFF);
-    } else {
-        unsigned sum = 0;
-        for (const char c : data)
-            sum += static_cast<unsigned char>(c);
-        frame += static_cast<char>(sum);
-    }
-    return frame;
+    if (!crc_mode)
+        return frame + static_cast<char>(std::accumulate(data.begin(), data.end(), 0));
+    std::uint16_t crc = 0;
+    crc_block(data, &crc);
+    return frame + static_cast<char>(crc / 256) + static_cast<char>(crc % 256);
 }
 
 std::vector<std::string> frames_of(const std::string& data, bool crc_mode) {

@@ -1,5 +1,5 @@
 // What the tests of the line share: a fixture that starts each test with default settings in an empty folder,
-// files, and XMODEM frames made independently of the program.
+// files, and XMODEM frames.
 #pragma once
 
 #include "comm/PCOM.h"
@@ -32,7 +32,6 @@ void put_file(const std::string& name, const std::string& bytes);
 std::string get_file(const std::string& name);
 int open_file_count();
 
-std::uint16_t crc_of(const std::string& data);
 std::string frame_of(unsigned block, std::string data, bool crc_mode);
 std::vector<std::string> frames_of(const std::string& data, bool crc_mode);
 
