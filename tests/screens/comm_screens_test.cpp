@@ -15,8 +15,6 @@
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <array>
 #include <cstring>
 
 namespace {
@@ -114,60 +112,48 @@ TEST(LineWin32, FillsTheControlBlock) {
 
 // --- Communication Setup ---
 
-// The settings but the modem's initialisation, in the order of the record, and their controls.
-constexpr std::pair<std::uint32_t COMM_SETTINGS::*, int> NUMBERS[] = {
-    {&COMM_SETTINGS::port, IDC_COMM_PORT},
-    {&COMM_SETTINGS::baudrate, IDC_COMM_BAUDRATE},
-    {&COMM_SETTINGS::databits, IDC_COMM_DATABITS},
-    {&COMM_SETTINGS::stopbits, IDC_COMM_STOPBITS},
-    {&COMM_SETTINGS::parity, IDC_COMM_PARITY},
-    {&COMM_SETTINGS::protocol, IDC_COMM_PROTOCOL},
-    {&COMM_SETTINGS::flow_control, IDC_COMM_FLOW},
-    {&COMM_SETTINGS::xmodem_retries, IDC_COMM_RETRIES},
-    {&COMM_SETTINGS::interface_mode, IDC_COMM_INTERFACE},
-    {&COMM_SETTINGS::filemode, IDC_COMM_FILEMODE},
-    {&COMM_SETTINGS::dialmethod, IDC_COMM_DIALMETHOD}};
-using NUMBER_VALUES = std::array<std::uint32_t, std::size(NUMBERS)>;
-
 TEST_F(COMM_SCREENS, SetupShowsAndStoresTheSettings) {
+    constexpr std::pair<int, const char*> SETTINGS[] = {{IDC_COMM_PORT, "PORT"},
+                                                        {IDC_COMM_BAUDRATE, "BAUDRATE"},
+                                                        {IDC_COMM_DATABITS, "DATABITS"},
+                                                        {IDC_COMM_STOPBITS, "STOPBITS"},
+                                                        {IDC_COMM_PARITY, "PARITY"},
+                                                        {IDC_COMM_PROTOCOL, "PROTOCOL"},
+                                                        {IDC_COMM_FLOW, "FLOW_CONTROL"},
+                                                        {IDC_COMM_RETRIES, "XMODEM_RETRIES"},
+                                                        {IDC_COMM_INTERFACE, "INTERFACE"},
+                                                        {IDC_COMM_FILEMODE, "FILEMODE"},
+                                                        {IDC_COMM_DIALMETHOD, "DIALMETHOD"}};
     const struct {
-        NUMBER_VALUES given;
-        std::size_t init_length;
-        const char* shown;
-        NUMBER_VALUES stored; // by OK
+        COMM_SETTINGS given;
+        const char *shown, *stored; // by OK
     } cases[] = {
-        {{3, 57600, 7, 2, 1, 0, 1, 99, 1, 1, 1},
-         254,
+        {{3, 57600, 7, 2, 1, 0, 1, 99, 1, 1, 1, std::string(254, 'A')},
          "COM3 57600 7 2 Odd NONE XON/XOFF 99 MODEM INCREMENT PULSE ",
-         {3, 57600, 7, 2, 1, 0, 1, 99, 1, 1, 1}},
-        {{0, 110, 5, 0, 7, 9, 0, 0, 9, 9, 9},
-         300,
+         "3 57600 7 2 1 0 1 99 1 1 1 "},
+        {{0, 110, 5, 0, 7, 9, 0, 0, 9, 9, 9, std::string(300, 'A')},
          "COM1 300 7 1 Even XMODEM NONE 0 MODEM INCREMENT PULSE ",
-         {1, 300, 7, 1, 2, 1, 0, 1, 1, 1, 1}},
-        {{77, 56000, 4000000000, 3, 3, 2, 3, 150, 2, 2, 2},
-         0,
-         "COM4 300 8 2 Even XMODEM RTS/CTS 150 MODEM INCREMENT PULSE ",
-         {4, 300, 8, 2, 2, 1, 2, 150, 1, 1, 1}},
+         "1 300 7 1 2 1 0 1 1 1 1 "},
+        {{77, 56000, 4000000000, 3, 0, 2, 3, 150, 0, 0, 0, ""},
+         "COM4 300 8 2 None XMODEM RTS/CTS 150 DIRECT APPEND TONE ",
+         "4 300 8 2 0 1 2 150 0 0 0 "},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.given[0]);
-        for (std::size_t i = 0; i < c.given.size(); ++i)
-            comm_settings.*NUMBERS[i].first = c.given[i];
-        comm_settings.modem_init.assign(c.init_length, 'A');
+        SCOPED_TRACE(c.shown);
+        comm_settings = c.given;
+        std::string shown, stored;
         const INT_PTR result = run_setup([&](HWND screen) {
-            std::string shown;
-            for (const auto& [value, control] : NUMBERS)
+            for (const auto& [control, key] : SETTINGS)
                 shown += control_text(screen, control) + ' ';
-            EXPECT_EQ(shown, c.shown);
-            EXPECT_EQ(control_text(screen, IDC_COMM_MODEM_INIT).size(), c.init_length);
+            EXPECT_EQ(control_text(screen, IDC_COMM_MODEM_INIT), c.given.modem_init);
             click(screen, IDOK);
         });
         EXPECT_EQ(result, 1);
-        comm_settings = {};
-        read_com_setup();
-        for (std::size_t i = 0; i < c.stored.size(); ++i)
-            EXPECT_EQ(comm_settings.*NUMBERS[i].first, c.stored[i]) << i;
-        EXPECT_EQ(comm_settings.modem_init.size(), std::min<std::size_t>(c.init_length, 254));
+        for (const auto& [control, key] : SETTINGS)
+            stored += read_setting_text("COMM", key, "", 10) + ' ';
+        EXPECT_EQ(shown, c.shown);
+        EXPECT_EQ(stored, c.stored);
+        EXPECT_EQ(comm_settings.modem_init, c.given.modem_init.substr(0, MODEM_INIT_LIMIT));
     }
 }
 
@@ -224,18 +210,15 @@ TEST_F(COMM_SCREENS, SetupDefaultsAndCancel) {
 TEST_F(COMM_SCREENS, PhoneNumberPrompt) {
     std::string number = "555 123";
     for (const bool by_enter : {false, true}) {
-        const INT_PTR result =
-            run_screen(DLG_PHONE_NUMBER, PHONENUMPROC, reinterpret_cast<LPARAM>(&number), "Phone Number",
-                       [&](HWND prompt) {
-                           EXPECT_EQ(control_text(prompt, IDC_PHONE_NUMBER), "555 123");
-                           expect_good_looks(prompt);
-                           EXPECT_EQ(focused_control(prompt), IDC_PHONE_NUMBER);
-                           set_control_text(prompt, IDC_PHONE_NUMBER, std::string(40, '7'));
-                           if (by_enter)
-                               press_key(VK_RETURN);
-                           else
-                               close_window(prompt);
-                       });
+        const auto script = [&](HWND prompt) {
+            EXPECT_EQ(control_text(prompt, IDC_PHONE_NUMBER), "555 123");
+            EXPECT_EQ(focused_control(prompt), IDC_PHONE_NUMBER);
+            expect_good_looks(prompt);
+            set_control_text(prompt, IDC_PHONE_NUMBER, std::string(40, '7'));
+            press_key(by_enter ? VK_RETURN : VK_ESCAPE);
+        };
+        const INT_PTR result = run_screen(DLG_PHONE_NUMBER, PHONENUMPROC, reinterpret_cast<LPARAM>(&number),
+                                          "Phone Number", script);
         EXPECT_EQ(result, by_enter ? 1 : 0);
         EXPECT_EQ(number, by_enter ? std::string(29, '7') : "555 123");
     }
