@@ -226,6 +226,7 @@ class ReceiveScreenTest(ProgramTest):
         self.assertFalse((self.folder / "LOG.TXT").exists())
 
     def test_auto_receive_in_increment_mode(self):
+        self.file("DATA", b"")  # no question: it is not the name of a file to be received
         with Program(settings=INCREMENT, folder=self.folder) as program:
             program.command(ID.CMD_AUTO_RECEIVE)
             program.choose_file(INCREMENT_TITLE, self.folder / "DATA")

@@ -72,22 +72,19 @@ TEST_F(MainWindow, HasItsMenu) {
 }
 
 TEST_F(MainWindow, HasItsToolbar) {
-    struct ROW {
-        int command;
-        const char* tooltip;
-    };
-    constexpr ROW ROWS[] = {{101, "Programming"},       {102, "Lookup File Editor"},
-                            {103, "Data File Editor"},  {105, "Librarian"},
-                            {108, "Send File"},         {109, "Receive File"},
-                            {110, "Auto Receive File"}, {135, "Upgrade Flash"},
-                            {136, "Comm Monitor"},      {106, "Exit"}};
+    constexpr std::pair<int, const char*> ROWS[] = {{101, "Programming"},       {102, "Lookup File Editor"},
+                                                    {103, "Data File Editor"},  {105, "Librarian"},
+                                                    {108, "Send File"},         {109, "Receive File"},
+                                                    {110, "Auto Receive File"}, {135, "Upgrade Flash"},
+                                                    {136, "Comm Monitor"},      {106, "Exit"}};
     HWND toolbar = GetDlgItem(hwndmain, 17);
     ASSERT_EQ(SendMessageA(toolbar, TB_BUTTONCOUNT, 0, 0), static_cast<LRESULT>(std::size(ROWS)));
     for (std::size_t i = 0; i < std::size(ROWS); ++i) {
-        SCOPED_TRACE(ROWS[i].tooltip);
+        const auto& [command, tooltip] = ROWS[i];
+        SCOPED_TRACE(tooltip);
         TBBUTTON button{};
         SendMessageA(toolbar, TB_GETBUTTON, i, reinterpret_cast<LPARAM>(&button));
-        EXPECT_EQ(button.idCommand, ROWS[i].command);
+        EXPECT_EQ(button.idCommand, command);
         EXPECT_EQ(button.iBitmap, static_cast<int>(i));
         EXPECT_EQ(button.fsState, TBSTATE_ENABLED);
         RECT place{};
@@ -96,9 +93,9 @@ TEST_F(MainWindow, HasItsToolbar) {
         EXPECT_EQ(place.bottom - place.top, 30);
         NMTTDISPINFOA request{};
         request.hdr.code = TTN_GETDISPINFOA;
-        request.hdr.idFrom = static_cast<UINT_PTR>(button.idCommand);
+        request.hdr.idFrom = static_cast<UINT_PTR>(command);
         SendMessageA(hwndmain, WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&request));
-        EXPECT_STREQ(request.lpszText, ROWS[i].tooltip);
+        EXPECT_STREQ(request.lpszText, tooltip);
     }
     const auto pictures = reinterpret_cast<HIMAGELIST>(SendMessageA(toolbar, TB_GETIMAGELIST, 0, 0));
     EXPECT_EQ(ImageList_GetImageCount(pictures), static_cast<int>(std::size(ROWS)));
@@ -122,40 +119,25 @@ TEST_F(MainWindow, TakesNoCommandBehindADialog) {
     EXPECT_FALSE(IsWindow(hwndmain));
 }
 
-TEST_F(MainWindow, SavesItsSize) {
-    MoveWindow(hwndmain, 20, 30, 512, 140, FALSE);
-    ShowWindow(hwndmain, SW_SHOWMINNOACTIVE);
-    DestroyWindow(hwndmain);
-    EXPECT_EQ(read_setting_number("MAIN_WINDOW", "CX", 0), 512U);
-    EXPECT_EQ(read_setting_number("MAIN_WINDOW", "CY", 0), 140U);
-
-    ASSERT_TRUE(create_main_window());
-    read_mainwindow_size();
-    RECT window{};
-    GetWindowRect(hwndmain, &window);
-    EXPECT_EQ(window.right - window.left, 512);
-    EXPECT_EQ(window.bottom - window.top, 140);
-}
-
 TEST_F(MainWindow, WritesItsSettingsWhenTheSessionEnds) {
     monitor_directory = "C:\\trace\\";
     EXPECT_TRUE(SendMessageA(hwndmain, WM_QUERYENDSESSION, 0, 0));
     SendMessageA(hwndmain, WM_ENDSESSION, TRUE, 0);
     EXPECT_EQ(read_setting_text("DIRECT", "M_DIRECT", "", DIRECTORY_LIMIT), "C:\\trace\\");
+    EXPECT_EQ(read_setting_text("DIRECT", "M_DIRECT", "", 4), "C:\\t") << "cut to its limit";
+    EXPECT_EQ(read_setting_number("DIRECT", "M_DIRECT", 9), 0U) << "no number";
 }
 
 TEST(AboutBox, EndsByEveryKeyAndByItsCloseBox) {
-    struct ROW {
-        UINT message;
-        WPARAM parameter;
-    };
-    for (const ROW& row : {ROW{WM_KEYDOWN, VK_RETURN}, {WM_KEYDOWN, VK_ESCAPE}, {WM_SYSCOMMAND, SC_CLOSE}}) {
+    constexpr std::pair<UINT, WPARAM> ENDINGS[] = {
+        {WM_KEYDOWN, VK_RETURN}, {WM_KEYDOWN, VK_ESCAPE}, {WM_SYSCOMMAND, SC_CLOSE}};
+    for (const auto& [message, parameter] : ENDINGS) {
         INT_PTR result = 0;
         drive([&] { result = run_dialog(DLG_ABOUT, nullptr, TolvanABOUTPROC); },
               [&] {
                   HWND about = wait_for_window(ABOUT_TITLE);
                   EXPECT_EQ(focused_control(about), IDOK);
-                  PostMessageA(about, row.message, row.parameter, 0);
+                  PostMessageA(about, message, parameter, 0);
               });
         EXPECT_EQ(result, 1);
     }
@@ -166,19 +148,7 @@ std::string bar_pixels(HWND box) {
     RECT client{};
     GetClientRect(GetDlgItem(box, IDC_STATUS_BAR), &client);
     HDC dc = CreateCompatibleDC(nullptr);
-    BITMAPINFO info{};
-    info.bmiHeader = {.biSize = sizeof info.bmiHeader,
-                      .biWidth = client.right,
-                      .biHeight = client.bottom,
-                      .biPlanes = 1,
-                      .biBitCount = 32,
-                      .biCompression = BI_RGB,
-                      .biSizeImage = 0,
-                      .biXPelsPerMeter = 0,
-                      .biYPelsPerMeter = 0,
-                      .biClrUsed = 0,
-                      .biClrImportant = 0};
-    HBITMAP bitmap = CreateDIBSection(dc, &info, DIB_RGB_COLORS, nullptr, nullptr, 0);
+    HBITMAP bitmap = CreateBitmap(client.right, client.bottom, 1, 32, nullptr);
     HGDIOBJ old_bitmap = SelectObject(dc, bitmap);
     DRAWITEMSTRUCT item{};
     item.hDC = dc;
@@ -198,63 +168,42 @@ std::string bar_pixels(HWND box) {
 }
 
 TEST(ProgressBox, ShowsHowFarTheWorkIs) {
-    struct ROW {
-        int mode;
-        const char* caption;
-        const char* text;
-    };
-    for (const ROW& row : {ROW{1, "Open File Progress", "Progress"},
-                           {2, "Translation Progress", "Translation"},
-                           {4, "Open File Checksum", "Verifying Checksum"},
-                           {5, "Repeat Add Progress", "Progress"},
-                           {6, "Repeat Insert Progress", "Progress"},
-                           {7, "Repeat Delete Progress", "Progress"}}) {
-        STATUS_BOX* status = open_status_box(row.mode);
-        HWND box = FindWindowA(nullptr, row.caption);
-        ASSERT_TRUE(IsWindowVisible(box)) << row.caption;
-        EXPECT_EQ(control_text(box, IDC_STATUS_TEXT), row.text);
-        EXPECT_EQ(layout_faults(box), std::vector<std::string>());
+    STATUS_BOX* status = open_status_box(STATUS_CHECKSUM);
+    HWND box = FindWindowA(nullptr, "Open File Checksum");
+    ASSERT_TRUE(IsWindowVisible(box));
+    EXPECT_EQ(control_text(box, IDC_STATUS_TEXT), "Verifying Checksum");
+    EXPECT_EQ(layout_faults(box), std::vector<std::string>());
 
-        const std::size_t inner = bar_pixels(box).size() - 2;
-        const auto bar = [&](std::size_t filled) {
-            return '|' + std::string(filled, '#') + std::string(inner - filled, ' ') + '|';
-        };
-        constexpr std::int64_t SIZE = 1'000'000'000'000; // past 32 bits
-        EXPECT_EQ(bar_pixels(box), bar(0));
-        update_status_bar(status, 0, 0);
-        EXPECT_EQ(bar_pixels(box), bar(0));
-        update_status_bar(status, 0, SIZE);
-        EXPECT_EQ(bar_pixels(box), bar(1));
-        update_status_bar(status, SIZE / 2, SIZE);
-        EXPECT_EQ(bar_pixels(box), bar((inner + 1) / 2 + 1));
-        update_status_bar(status, SIZE, SIZE);
-        EXPECT_EQ(bar_pixels(box), bar(inner));
-        close_status_box(status);
-        EXPECT_FALSE(IsWindow(box));
-    }
+    const std::size_t inner = bar_pixels(box).size() - 2;
+    const auto bar = [&](std::size_t filled) {
+        return '|' + std::string(filled, '#') + std::string(inner - filled, ' ') + '|';
+    };
+    constexpr std::int64_t SIZE = 1'000'000'000'000; // past 32 bits
+    EXPECT_EQ(bar_pixels(box), bar(0));
+    update_status_bar(status, 0, SIZE);
+    EXPECT_EQ(bar_pixels(box), bar(1));
+    update_status_bar(status, SIZE / 2, SIZE);
+    EXPECT_EQ(bar_pixels(box), bar((inner + 1) / 2 + 1));
+    update_status_bar(status, SIZE, SIZE);
+    EXPECT_EQ(bar_pixels(box), bar(inner));
+    close_status_box(status);
+    EXPECT_FALSE(IsWindow(box));
 }
 
-TEST(Message, AnswersWithTheButtonPressed) {
-    constexpr std::pair<int, BUTTON> ANSWERS[] = {
-        {IDYES, BUTTON::YES}, {IDNO, BUTTON::NO}, {IDCANCEL, BUTTON::CANCEL}};
-    for (const auto& [button, expected] : ANSWERS)
-        drive(
-            [&] {
-                EXPECT_EQ(show_message(nullptr, "Save?", PROGRAM_TITLE, MESSAGE_ICON::QUESTION,
-                                       MESSAGE_BUTTONS::YES_NO_CANCEL),
-                          expected);
-            },
-            [&] {
-                const SEEN_BOX seen{PROGRAM_TITLE, "Save?", LOWORD(reinterpret_cast<UINT_PTR>(IDI_QUESTION))};
-                EXPECT_EQ(answer_box(PROGRAM_TITLE, button), seen);
-            });
+TEST(Message, CanBeCancelled) {
+    BUTTON answer = BUTTON::OK; // Yes and No are pressed in Communication Setup
+    drive(
+        [&] {
+            answer = show_message(nullptr, "Save?", PROGRAM_TITLE, MESSAGE_ICON::WARNING,
+                                  MESSAGE_BUTTONS::YES_NO_CANCEL);
+        },
+        [&] { EXPECT_EQ(answer_box(PROGRAM_TITLE, IDCANCEL), "! Save?"); });
+    EXPECT_EQ(answer, BUTTON::CANCEL);
 }
 
 TEST(IniFile, IsChosenByWhatCanBeWritten) {
     struct ROW {
-        bool in_application_data;
-        bool windows_writable;
-        bool in_windows;
+        bool in_application_data, windows_writable, in_windows;
         INI_CHOICE choice;
     };
     for (const ROW& row : {ROW{false, true, false, INI_CHOICE::WINDOWS},
@@ -294,15 +243,6 @@ TEST(Desktop, ReplacesAFileOnlyByAnother) {
     EXPECT_FALSE(replace_file(from, to)); // it is gone
     EXPECT_EQ(file_bytes(to), "new");
     DeleteFileA(to.c_str());
-}
-
-TEST(Desktop, CutsASettingToItsLimit) {
-    write_setting("COMM", "TEST", "AT&F&C1");
-    EXPECT_EQ(read_setting_text("COMM", "TEST", "", 254), "AT&F&C1");
-    EXPECT_EQ(read_setting_text("COMM", "TEST", "", 4), "AT&F");
-    EXPECT_EQ(read_setting_text("COMM", "NOT THERE", "x", 4), "x");
-    EXPECT_EQ(read_setting_number("COMM", "TEST", 9), 0U); // no number
-    EXPECT_EQ(read_setting_number("COMM", "NOT THERE", 9), 9U);
 }
 
 } // namespace

@@ -5,11 +5,9 @@
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 namespace {
 
@@ -60,22 +58,12 @@ HWND focus() {
     return info.hwndFocus;
 }
 
-// After a failed step: ends every dialog, so that the test ends too.
+// After a failed step: answers every dialog until the screen has ended, so that the test ends too.
 void close_everything() {
-    const DWORD begin = GetTickCount();
-    while (GetTickCount() - begin < STEP_LIMIT) {
-        for (HWND window : thread_windows()) {
-            PostMessageA(window, WM_COMMAND, IDCANCEL, 0);
-            PostMessageA(window, WM_COMMAND, IDNO, 0);
-            PostMessageA(window, WM_COMMAND, IDOK, 0);
-            PostMessageA(window, WM_CLOSE, 0, 0);
-        }
-        Sleep(20);
-        if (thread_windows().empty())
-            return;
-    }
-    std::fputs("A dialog could not be closed after a failed step.\n", stderr);
-    std::_Exit(EXIT_FAILURE);
+    while (WaitForSingleObject(screen_ended, 20) == WAIT_TIMEOUT)
+        for (HWND window : thread_windows())
+            for (const WPARAM answer : {IDCANCEL, IDNO, IDOK})
+                PostMessageA(window, WM_COMMAND, answer, 0);
 }
 
 RECT place_in(HWND dialog, HWND control) {
@@ -95,10 +83,6 @@ int text_width(HWND control) {
     SelectObject(dc, old_font);
     ReleaseDC(control, dc);
     return bounds.right;
-}
-
-bool is_group_box(HWND control) {
-    return class_of(control) == "Button" && (GetWindowLongA(control, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX;
 }
 
 } // namespace
@@ -134,13 +118,13 @@ void wait_until(const std::function<bool()>& condition, const std::string& what)
     }
 }
 
-HWND wait_for_window(const std::string& title, const char* class_name) {
+HWND wait_for_window(const std::string& title) {
     HWND found = nullptr;
     wait_until(
         [&] {
             for (HWND window : thread_windows()) {
                 // A message box may be named like the dialog below it: that one is disabled.
-                const bool fits = class_of(window) == class_name && window_text(window) == title;
+                const bool fits = class_of(window) == "#32770" && window_text(window) == title;
                 if (fits && (found == nullptr || IsWindowEnabled(window)))
                     found = window;
             }
@@ -149,10 +133,6 @@ HWND wait_for_window(const std::string& title, const char* class_name) {
         "window \"" + title + '"');
     settle();
     return found;
-}
-
-void wait_until_closed(HWND window) {
-    wait_until([&] { return !IsWindow(window); }, "a window to close");
 }
 
 void settle() {
@@ -164,11 +144,6 @@ void settle() {
         if (WaitForMultipleObjects(2, events, FALSE, STEP_LIMIT) == WAIT_TIMEOUT)
             throw std::runtime_error("The dialogs' thread takes no messages");
     }
-}
-
-void enter_text(HWND dialog, int control, const std::string& text) {
-    set_control_text(dialog, control, text);
-    settle();
 }
 
 void click(HWND dialog, int control) {
@@ -183,28 +158,6 @@ void choose_entry(HWND dialog, int list, int index) {
     SendDlgItemMessageA(dialog, list, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
     SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(list, CBN_SELCHANGE),
                  reinterpret_cast<LPARAM>(GetDlgItem(dialog, list)));
-}
-
-std::vector<std::string> list_entries(HWND dialog, int list) {
-    HWND box = GetDlgItem(dialog, list);
-    std::vector<std::string> entries;
-    const LRESULT count = SendMessageA(box, CB_GETCOUNT, 0, 0);
-    for (LRESULT i = 0; i < count; ++i) {
-        const auto index = static_cast<WPARAM>(i);
-        std::string text(static_cast<std::size_t>(SendMessageA(box, CB_GETLBTEXTLEN, index, 0)) + 1, '\0');
-        SendMessageA(box, CB_GETLBTEXT, index, reinterpret_cast<LPARAM>(text.data()));
-        entries.emplace_back(text.c_str());
-    }
-    return entries;
-}
-
-int chosen_entry(HWND dialog, int list) {
-    return static_cast<int>(SendDlgItemMessageA(dialog, list, CB_GETCURSEL, 0, 0));
-}
-
-void move_focus(HWND dialog, int control) {
-    PostMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog, control)), TRUE);
-    settle();
 }
 
 void press_key(int virtual_key) {
@@ -237,27 +190,25 @@ int focused_control(HWND dialog) {
     return window == nullptr ? 0 : GetDlgCtrlID(window);
 }
 
-void PrintTo(const SEEN_BOX& box, std::ostream* out) {
-    *out << '[' << box.caption << "] \"" << box.text << "\" icon " << box.icon;
-}
-
-SEEN_BOX answer_box(const std::string& caption, int button) {
+std::string answer_box(const std::string& caption, int button) {
+    const std::pair<LPCSTR, char> ICONS[] = {
+        {IDI_ERROR, 'X'}, {IDI_WARNING, '!'}, {IDI_QUESTION, '?'}, {IDI_INFORMATION, 'i'}};
     HWND box = wait_for_window(caption);
-    SEEN_BOX seen{caption, "", 0};
+    std::string seen = "- ";
     for (HWND child : child_windows(box)) {
         if (class_of(child) != "Static")
             continue;
-        const auto icon = reinterpret_cast<HICON>(SendMessageA(child, STM_GETICON, 0, 0));
-        for (LPCSTR name : {IDI_ERROR, IDI_WARNING, IDI_QUESTION, IDI_INFORMATION})
-            if (icon != nullptr && icon == LoadIconA(nullptr, name))
-                seen.icon = LOWORD(reinterpret_cast<UINT_PTR>(name));
-        if (icon == nullptr)
-            seen.text = window_text(child);
+        const auto shown = reinterpret_cast<HICON>(SendMessageA(child, STM_GETICON, 0, 0));
+        for (const auto& [icon, mark] : ICONS)
+            if (shown != nullptr && shown == LoadIconA(nullptr, icon))
+                seen[0] = mark;
+        if (shown == nullptr)
+            seen += window_text(child);
     }
     if (GetDlgItem(box, button) == nullptr)
-        throw std::runtime_error("The message box \"" + seen.text + "\" has no such button");
+        throw std::runtime_error("The message box \"" + seen + "\" has no such button");
     PostMessageA(box, WM_COMMAND, static_cast<WPARAM>(button), 0);
-    wait_until_closed(box);
+    wait_until([&] { return !IsWindow(box); }, "the end of the message box");
     return seen;
 }
 
@@ -269,25 +220,17 @@ void answer_file_dialog(const std::string& title, const std::string& path) {
     settle();
 }
 
-std::vector<int> tab_order(HWND dialog) {
-    std::vector<int> order;
-    while (order.size() < 1000) { // a dialog whose tab key never comes round
-        const int control = focused_control(dialog);
-        if (!order.empty() && control == order.front())
-            break;
-        order.push_back(control);
-        press_key(VK_TAB);
-    }
-    return order;
-}
-
-std::vector<int> tab_stops(HWND dialog) {
-    std::vector<int> stops;
+std::vector<int> unreached_by_tab(HWND dialog) {
+    std::vector<int> unreached;
     for (HWND child : child_windows(dialog))
         if ((GetWindowLongA(child, GWL_STYLE) & (WS_TABSTOP | WS_VISIBLE | WS_DISABLED)) ==
             (WS_TABSTOP | WS_VISIBLE))
-            stops.push_back(GetDlgCtrlID(child));
-    return stops;
+            unreached.push_back(GetDlgCtrlID(child));
+    for (std::size_t left = unreached.size(); left > 0; --left) {
+        std::erase(unreached, focused_control(dialog));
+        press_key(VK_TAB);
+    }
+    return unreached;
 }
 
 std::vector<std::string> layout_faults(HWND dialog) {
@@ -307,7 +250,9 @@ std::vector<std::string> layout_faults(HWND dialog) {
         const bool shows_caption = class_of(control) == "Static" || class_of(control) == "Button";
         if (shows_caption && text_width(control) > place.right - place.left)
             faults.push_back(name + " is cut");
-        if (is_group_box(control) || class_of(control) == UPDOWN_CLASSA)
+        const bool is_group_box = class_of(control) == "Button" &&
+                                  (GetWindowLongA(control, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX;
+        if (is_group_box || class_of(control) == UPDOWN_CLASSA)
             continue; // the one goes around others, the other into the border of its edit
         for (HWND other : seen) {
             const RECT other_place = place_in(dialog, other);
