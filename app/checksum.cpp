@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 
 namespace {
 
@@ -34,7 +35,6 @@ constexpr SLICE_TABLES TABLES = make_slice_tables();
 
 constexpr std::size_t BLOCK_SIZE = 128;             // bytes between two redraws of the bar
 constexpr std::size_t READ_SIZE = 256 * BLOCK_SIZE; // bytes read at a time
-constexpr std::int64_t LENGTH_WORD_SIZE = 4;        // bytes
 constexpr std::int64_t FILE_TYPE_OFFSET = 4;        // the type byte behind the length word
 constexpr std::int64_t LOOKUP_HEADER_SIZE = 22;     // bytes
 constexpr std::int64_t LOOKUP_CHECKSUM_OFFSET = 20;
@@ -124,32 +124,28 @@ bool fold_file(const FOLDING& folding, std::uint16_t* checksum) {
     return true;
 }
 
-bool read_word_at(std::FILE* file, std::int64_t offset, std::uint16_t* word) {
-    std::array<char, sizeof *word> bytes;
-    if (!seek_file(file, offset) || std::fread(bytes.data(), 1, bytes.size(), file) != bytes.size())
+bool read_length_word(std::FILE* file, std::uint32_t* length) {
+    if (!seek_file(file, 0) || std::fread(length, sizeof *length, 1, file) != 1)
         return false;
-    BYTE_READER reader{{bytes.data(), bytes.size()}};
-    *word = read_word(reader);
+    swap_long(length);
     return true;
 }
 
-bool read_length_word(std::FILE* file, std::int64_t* length) {
-    std::array<char, LENGTH_WORD_SIZE> bytes;
-    if (!seek_file(file, 0) || std::fread(bytes.data(), 1, bytes.size(), file) != bytes.size())
+bool read_stored_checksum(std::FILE* file, std::int64_t offset, std::uint16_t* stored) {
+    if (!seek_file(file, offset) || std::fread(stored, sizeof *stored, 1, file) != 1)
         return false;
-    BYTE_READER reader{{bytes.data(), bytes.size()}};
-    *length = read_long(reader);
+    swap_word(stored);
     return true;
 }
 
 bool verify(std::FILE* file, int checksum_type, STATUS_BOX* box) {
-    std::int64_t length = 0;
+    std::uint32_t length = 0;
     if (!read_length_word(file, &length) || !length_fits(checksum_type, length, file_length(file)))
         return false;
     std::uint16_t computed = 0;
     std::uint16_t stored = 0;
     return fold_file({file, checksum_type, length, box}, &computed) &&
-           read_word_at(file, checksum_offset(checksum_type, length), &stored) && stored == computed;
+           read_stored_checksum(file, checksum_offset(checksum_type, length), &stored) && stored == computed;
 }
 
 } // namespace
@@ -175,6 +171,9 @@ void crc_block(std::string_view bytes, std::uint16_t* checksum) {
         crc_16(*next, checksum);
 }
 
+// Swapping turns a number of the host into one of the files, and back.
+static_assert(std::endian::native == std::endian::little);
+
 void swap_word(std::uint16_t* word_value) {
     *word_value = static_cast<std::uint16_t>((*word_value >> 8) | (*word_value << 8));
 }
@@ -199,11 +198,9 @@ bool write_checksum(const std::string& file_name, int checksum_type) {
     std::uint16_t checksum = 0;
     if (length < 0 || !fold_file({file.get(), checksum_type, length, nullptr}, &checksum))
         return false;
-    std::string stamp;
-    append_word(stamp, checksum);
+    swap_word(&checksum);
     return seek_file(file.get(), checksum_offset(checksum_type, length)) &&
-           std::fwrite(stamp.data(), 1, stamp.size(), file.get()) == stamp.size() &&
-           std::fclose(file.release()) == 0;
+           std::fwrite(&checksum, sizeof checksum, 1, file.get()) == 1 && std::fclose(file.release()) == 0;
 }
 
 STATUS_TEXTS status_texts(int mode) {

@@ -5,6 +5,7 @@
 #include "app/paths.h"
 
 #include <algorithm>
+#include <cstring>
 #include <exception>
 #include <sys/types.h>
 
@@ -30,6 +31,27 @@ bool write_file(const std::string& name, std::string_view bytes) {
     const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
     // What the library still holds goes out at the close: a full disk may show only there.
     return std::fclose(file.release()) == 0 && written;
+}
+
+std::string_view unread_bytes(const BYTE_READER& reader) {
+    return reader.bytes.substr(std::min(reader.position, reader.bytes.size()));
+}
+
+// A number with its bytes as they stand in the image; those that the image lacks count as 0.
+template <typename NUMBER>
+NUMBER read_raw(BYTE_READER& reader) {
+    const std::string_view bytes = unread_bytes(reader).substr(0, sizeof(NUMBER));
+    NUMBER raw = 0;
+    std::memcpy(&raw, bytes.data(), bytes.size());
+    reader.position += bytes.size();
+    reader.past_end |= bytes.size() < sizeof raw;
+    return raw;
+}
+
+template <typename NUMBER>
+void append_raw(std::string& image, NUMBER raw) {
+    image.resize(image.size() + sizeof raw);
+    std::memcpy(image.data() + image.size() - sizeof raw, &raw, sizeof raw);
 }
 
 } // namespace
@@ -76,25 +98,23 @@ bool save_with_checksum(const std::string& name, std::string_view bytes, int che
 }
 
 std::uint8_t read_byte(BYTE_READER& reader) {
-    if (reader.position >= reader.bytes.size()) {
-        reader.past_end = true;
-        return 0;
-    }
-    return static_cast<std::uint8_t>(reader.bytes[reader.position++]);
+    return read_raw<std::uint8_t>(reader);
 }
 
 std::uint16_t read_word(BYTE_READER& reader) {
-    const std::uint16_t high = read_byte(reader);
-    return static_cast<std::uint16_t>((high << 8) | read_byte(reader));
+    auto value = read_raw<std::uint16_t>(reader);
+    swap_word(&value);
+    return value;
 }
 
 std::uint32_t read_long(BYTE_READER& reader) {
-    const std::uint32_t high = read_word(reader);
-    return (high << 16) | read_word(reader);
+    auto value = read_raw<std::uint32_t>(reader);
+    swap_long(&value);
+    return value;
 }
 
 std::string_view read_string(BYTE_READER& reader) {
-    const std::string_view rest = reader.bytes.substr(std::min(reader.position, reader.bytes.size()));
+    const std::string_view rest = unread_bytes(reader);
     const std::size_t length = std::min(rest.find('\0'), rest.size());
     reader.position += length;
     read_byte(reader);
@@ -102,17 +122,17 @@ std::string_view read_string(BYTE_READER& reader) {
 }
 
 void append_byte(std::string& image, std::uint8_t value) {
-    image.push_back(static_cast<char>(value));
+    append_raw(image, value);
 }
 
 void append_word(std::string& image, std::uint16_t value) {
-    append_byte(image, static_cast<std::uint8_t>(value >> 8));
-    append_byte(image, static_cast<std::uint8_t>(value & 0xFF));
+    swap_word(&value);
+    append_raw(image, value);
 }
 
 void append_long(std::string& image, std::uint32_t value) {
-    append_word(image, static_cast<std::uint16_t>(value >> 16));
-    append_word(image, static_cast<std::uint16_t>(value & 0xFFFF));
+    swap_long(&value);
+    append_raw(image, value);
 }
 
 void append_text(std::string& image, std::string_view text) {
