@@ -35,5 +35,6 @@ TEST(CommandLineTest, TakesOneOptionWithItsFile) {
     };
     expect_request("-s=  STOCK.PGT", 'S', "STOCK.PGT");
     expect_request("-r=C:\\My Data\\A B.DAT", 'R', "C:\\My Data\\A B.DAT");
+    expect_request("\"-S=C:\\My Data\\A B.PGT\"", 'S', "C:\\My Data\\A B.PGT"); // as shells quote it
     expect_request("-F= \"C:\\My Data\\A B.PGT\" ", 'F', "C:\\My Data\\A B.PGT");
 }
