@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <span>
 #include <string>
 
@@ -33,9 +34,20 @@ LRESULT CALLBACK INTPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 // The number in an edit: leading digits, 0 when there are none or they do not fit.
 unsigned edit_number(HWND dialog, int control);
 
-// One step of a numeric edit by its arrows: beeps at the limit and leaves the value, else shows the new one.
-// The text typed so far takes part. `direction` is above 0 for up.
-void step_edit(HWND dialog, int control, int direction, unsigned lowest, unsigned highest);
+// How arrows step a number: between two limits, by `step`. At a limit the value stays, with a beep, or it
+// `wraps` around to the other one; then a value outside the limits counts as being at the limit that is left.
+struct STEP_RANGE {
+    unsigned lowest;
+    unsigned highest;
+    bool wraps = false;
+    unsigned step = 1;
+};
+
+// The value one step on; `direction` is above 0 for up. Nothing when the limit holds it back, after the beep.
+std::optional<unsigned> step_value(unsigned value, int direction, const STEP_RANGE& range);
+
+// One step of a numeric edit by its arrows. The text typed so far takes part.
+void step_edit(HWND dialog, int control, int direction, const STEP_RANGE& range);
 
 // An up-down beside a numeric edit, which step_edit moves: prepared once, it reports every step and never
 // counts itself. step_direction() tells from WM_NOTIFY's lParam: above 0 for up, below 0 for down, 0 when

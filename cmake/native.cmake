@@ -21,7 +21,10 @@ add_executable(logic_tests
     tests/comm_test.cpp
     tests/comm_transfer_test.cpp
     tests/comm_xmodem_test.cpp
+    tests/lookup_test.cpp
     tests/program_checks_test.cpp
+    tests/program_display_test.cpp
+    tests/program_fields_test.cpp
     tests/program_file_test.cpp
     tests/program_text_test.cpp
     tests/setup_file_test.cpp)

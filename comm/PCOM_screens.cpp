@@ -310,7 +310,7 @@ INT_PTR CALLBACK EXTENSIONPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lP
         return TRUE;
     case WM_NOTIFY:
         if (const int direction = step_direction(lParam); direction != 0)
-            step_edit(hDlg, IDC_EXTENSION, direction, LOWEST_EXTENSION, HIGHEST_EXTENSION);
+            step_edit(hDlg, IDC_EXTENSION, direction, {LOWEST_EXTENSION, HIGHEST_EXTENSION});
         return FALSE;
     case WM_COMMAND:
         if (LOWORD(wParam) == IDOK || LOWORD(wParam) == IDCANCEL) { // the close box counts as OK

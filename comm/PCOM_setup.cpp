@@ -118,7 +118,7 @@ INT_PTR CALLBACK SETUPPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam
         return TRUE;
     case WM_NOTIFY:
         if (const int direction = step_direction(lParam); direction != 0)
-            step_edit(hDlg, IDC_COMM_RETRIES, direction, LOWEST_RETRIES, HIGHEST_RETRIES);
+            step_edit(hDlg, IDC_COMM_RETRIES, direction, {LOWEST_RETRIES, HIGHEST_RETRIES});
         return FALSE;
     case WM_COMMAND:
         do_setup_command(hDlg, LOWORD(wParam));

@@ -43,3 +43,19 @@
 // Starting-number prompt
 #define IDC_EXTENSION 1161
 #define IDC_EXTENSION_SPIN 1162
+
+// Programming window (from 1201)
+
+// Global Data Options (from 1231)
+
+// Bar Code Types (from 1251)
+
+// Special ASCII Characters (from 1271)
+
+// Field Definition (from 1301)
+
+// Lookup Choice (from 1401)
+
+// Lookup Table Definition (from 1411)
+
+// Lookup File Definition (from 1441)

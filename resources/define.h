@@ -5,8 +5,12 @@
 #define MENU_MAIN 1
 #define MENU_SENDRECEIVE 2
 #define MENU_MONITOR 3
+#define MENU_PROGRAMMING 4
+#define MENU_EDIT 5 // the context menu of escaped-text edits
 #define BITMAP_MAIN_TOOLBAR 31
+#define BITMAP_PROGRAMMING_TOOLBAR 32
 #define ID_MAIN_TOOLBAR 17
+#define ID_PROGRAMMING_TOOLBAR 18
 
 // Commands of the main window
 #define CMD_PROGRAMMING 101
@@ -46,6 +50,20 @@
 #define CMD_HELP_TOPICS 155
 #define CMD_ABOUT 156
 
+// Commands of the programming window; its Exit is CMD_EXIT
+#define CMD_SAVE 152
+#define CMD_OPEN 153
+#define CMD_NEW 154
+
+// Commands of the context menu of escaped-text edits
+#define CMD_UNDO 157
+#define CMD_CUT 158
+#define CMD_COPY 159
+#define CMD_PASTE 160
+#define CMD_CLEAR 161
+#define CMD_SELECT_ALL 162
+#define CMD_SPECIAL_ASCII 163
+
 // Command of the Send/Receive screen's menu
 #define CMD_SENDRECEIVE_SETUP 160
 
@@ -56,3 +74,11 @@
 #define DLG_PHONE_NUMBER 211
 #define DLG_SEND_RECEIVE 212
 #define DLG_EXTENSION 213
+#define DLG_PROGRAMMING 220
+#define DLG_FIELD 221
+#define DLG_GLOBAL_DATA 222
+#define DLG_BAR_TYPES 223
+#define DLG_SPECIAL 224
+#define DLG_LOOKUP_CHOICE 225
+#define DLG_LOOKUP_TABLE 226
+#define DLG_LOOKUP_FILE 227

@@ -1,0 +1,58 @@
+// The lookup string: what a field's input is checked against, as one escaped text.
+//
+//   table:  T [A] [P] , entry , entry ... [,?message]
+//   file:   F [D target [S]] [A] [P] [O] , name , fields , compare , display , start row , end row
+//   [,?message]
+//
+// The letters up to the first comma are read in either case, and letters without a meaning are skipped.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+inline constexpr std::size_t LOOKUP_LIMIT = 250;        // characters of a lookup string
+inline constexpr std::size_t LOOKUP_MESSAGE_LIMIT = 40; // characters: two lines of the portable's display
+inline constexpr unsigned HIGHEST_LOOKUP_TARGET = 99;
+
+struct LOOKUP_TABLE {
+    bool accept_mismatches = false;
+    bool partial_matches = false;
+    std::vector<std::string> entries; // none holds a comma
+    std::string message;              // shown by the portable; empty for its own
+};
+
+struct LOOKUP_FILE {
+    bool accept_mismatches = false;
+    bool partial_matches = false;
+    bool optional = false;
+    bool add_display_field = false; // the display field goes into the target field of the data
+    bool auto_advance = false;
+    std::string target_field = "1"; // all numbers as typed
+    std::string name;
+    std::string fields_per_record = "1";
+    std::string compare_field = "1";
+    std::string display_field = "1";
+    std::string start_row = "1";
+    std::string end_row = "1";
+    std::string message;
+};
+
+// A string of the other kind, or of none, gives an empty definition.
+LOOKUP_TABLE parse_lookup_table(std::string_view text);
+LOOKUP_FILE parse_lookup_file(std::string_view text);
+
+// The string of a definition. A table's message is cut so that the string keeps to LOOKUP_LIMIT.
+std::string lookup_table_text(const LOOKUP_TABLE& table);
+std::string lookup_file_text(const LOOKUP_FILE& file);
+
+// The first check that a file definition fails; an empty text when it passes all. Sets `target` to the target
+// field's number, or to 0 when that is too high.
+struct LOOKUP_FAULT {
+    std::string text;
+    std::string caption;
+};
+LOOKUP_FAULT find_lookup_file_fault(const LOOKUP_FILE& file);
+
+// The two display lines, 20 cells each, of a message as typed, or of the portable's own when it is empty.
+std::vector<std::string> lookup_message_lines(const std::string& message, bool is_table);

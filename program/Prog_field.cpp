@@ -1,0 +1,1 @@
+#include "program/Prog_screens.h"
