@@ -46,11 +46,37 @@
 
 // Programming window (from 1201)
 
-// Global Data Options (from 1231)
+// Global Data Options
+#define IDC_GLOBAL_COMPARE 1231
+#define IDC_GLOBAL_INCREMENT 1232
+#define IDC_GLOBAL_AMOUNT 1233
+#define IDC_GLOBAL_DUP_WARNING 1234
+#define IDC_GLOBAL_FIELD_ONE 1235
+#define IDC_GLOBAL_FIELD_TWO 1236
+#define IDC_GLOBAL_RESULT 1237
+#define IDC_GLOBAL_ADD 1238 // the actions in the order of the operators
+#define IDC_GLOBAL_SUBTRACT 1239
+#define IDC_GLOBAL_MULTIPLY 1240
+#define IDC_GLOBAL_DIVIDE 1241
 
-// Bar Code Types (from 1251)
+// Bar Code Types; its Exit button is IDOK
+#define IDC_BAR_ALL 1251
+#define IDC_BAR_CODE39 1252
+#define IDC_BAR_UPC_A 1253
+#define IDC_BAR_UPC_E 1254
+#define IDC_BAR_EAN13 1255
+#define IDC_BAR_EAN8 1256
+#define IDC_BAR_I2OF5 1257
+#define IDC_BAR_CODABAR 1258
+#define IDC_BAR_CODE128 1259
+#define IDC_BAR_CODE93 1260
+#define IDC_BAR_MSI_PLESSEY 1261
+#define IDC_BAR_CODE11 1262
 
-// Special ASCII Characters (from 1271)
+// Special ASCII Characters; its Done button is IDOK
+#define IDC_SPECIAL_TEXT 1271
+#define IDC_SPECIAL_LIST 1272
+#define IDC_SPECIAL_ADD 1273
 
 // Field Definition (from 1301)
 
