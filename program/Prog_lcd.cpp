@@ -48,6 +48,19 @@ void draw_cell(HDC dc, RECT place, char cell, LONG text_height) {
     FillRect(dc, &place, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
 }
 
+void draw_cells(HDC dc, SIZE line, const std::string& cells, LONG text_height) {
+    SetTextAlign(dc, TA_CENTER | TA_TOP);
+    SetBkColor(dc, LCD_COLOUR);
+    SetTextColor(dc, INK_COLOUR);
+    for (int column = 0; column < DISPLAY_COLUMNS; ++column)
+        draw_cell(dc, cell_place(line, column), cells[static_cast<std::size_t>(column)], text_height);
+}
+
+HFONT create_display_font() {
+    return CreateFontA(0, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, ANSI_CHARSET, OUT_DEFAULT_PRECIS,
+                       CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN, "Fixedsys");
+}
+
 } // namespace
 
 void show_display_line(HWND dialog, int control, std::string_view stored) {
@@ -64,8 +77,7 @@ void draw_display_line(LPARAM lParam) {
     const SIZE line{place.right - place.left, place.bottom - place.top};
     const std::string cells = cells_of(window_text(item->hwndItem));
     HDC dc = CreateCompatibleDC(item->hDC);
-    HFONT font = CreateFontA(0, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, ANSI_CHARSET, OUT_DEFAULT_PRECIS,
-                             CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN, "Fixedsys");
+    HFONT font = create_display_font();
     HGDIOBJ old_font = SelectObject(dc, font);
     TEXTMETRICA metric{};
     GetTextMetricsA(dc, &metric);
@@ -73,13 +85,9 @@ void draw_display_line(LPARAM lParam) {
     const SIZE drawn{line.cx * 2 / halves, line.cy * 2 / halves};
     HBITMAP picture = CreateCompatibleBitmap(item->hDC, drawn.cx, drawn.cy);
     HGDIOBJ old_picture = SelectObject(dc, picture);
-    SetTextAlign(dc, TA_CENTER | TA_TOP);
-    SetBkColor(dc, LCD_COLOUR);
-    SetTextColor(dc, INK_COLOUR);
-    for (int column = 0; column < DISPLAY_COLUMNS; ++column)
-        draw_cell(dc, cell_place(drawn, column), cells[static_cast<std::size_t>(column)], metric.tmHeight);
+    draw_cells(dc, drawn, cells, metric.tmHeight);
     SetStretchBltMode(item->hDC, HALFTONE);
-    SetBrushOrgEx(item->hDC, 0, 0, nullptr);
+    SetBrushOrgEx(item->hDC, 0, 0, nullptr); // as that mode wants it
     StretchBlt(item->hDC, place.left, place.top, line.cx, line.cy, dc, 0, 0, drawn.cx, drawn.cy, SRCCOPY);
     SelectObject(dc, old_picture);
     SelectObject(dc, old_font);
