@@ -27,8 +27,10 @@ constexpr int PICTURE_WIDTH = 21; // pixels, of the toolbar's buttons
 constexpr int PICTURE_HEIGHT = 18;
 constexpr WPARAM TEXT_LIMIT = 250; // characters that can be typed
 constexpr WPARAM DELAY_LIMIT = 2;
-constexpr int TAB_STOPS[] = {26, 60, 96, 228, 244, 262, 296}; // of the field list, in dialog units
-constexpr LPARAM KEY_DONE = -2;                               // answers to WM_VKEYTOITEM
+// Of the field list, in dialog units. In most fonts an input source reaches past the seventh; the eighth
+// keeps the output formats behind such sources below each other.
+constexpr int TAB_STOPS[] = {26, 60, 96, 228, 244, 262, 296, 310};
+constexpr LPARAM KEY_DONE = -2; // answers to WM_VKEYTOITEM
 constexpr LPARAM KEY_LEFT_TO_LIST = -1;
 
 constexpr char UNTITLED[] = "Untitled";
