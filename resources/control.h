@@ -44,7 +44,19 @@
 #define IDC_EXTENSION 1161
 #define IDC_EXTENSION_SPIN 1162
 
-// Programming window (from 1201)
+// Programming window
+#define IDC_SOF_TEXT 1201
+#define IDC_SOF_DELAY 1202
+#define IDC_EOF_TEXT 1203
+#define IDC_EOF_DELAY 1204
+#define IDC_GLOBAL_OPTIONS 1205
+#define IDC_RECEIVED_FILES_ONLY 1206
+#define IDC_ALLOW_APPEND 1207
+#define IDC_AUTO_ALPHA 1208
+#define IDC_FIELD_LIST 1209
+#define IDC_EDIT_FIELD 1210
+#define IDC_INSERT_FIELD 1211
+#define IDC_DELETE_FIELD 1212
 
 // Global Data Options
 #define IDC_GLOBAL_COMPARE 1231
