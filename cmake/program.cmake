@@ -20,6 +20,7 @@ add_library(tolvan_screens OBJECT
     program/LOOKUP_dialogs.cpp
     program/Prog_edits.cpp
     program/Prog_field.cpp
+    program/Prog_field_controls.cpp
     program/Prog_global.cpp
     program/Prog_lcd.cpp
     program/Prog_special.cpp
