@@ -10,7 +10,6 @@ namespace {
 
 constexpr char SEPARATOR = ',';
 constexpr char MESSAGE_MARK = '?';
-constexpr char MESSAGE_START[] = ",?";
 constexpr char VALUE_ENDS[] = ",?"; // neither can stand in a value
 constexpr std::size_t TARGET_DIGITS = 2;
 constexpr unsigned HIGHEST_LOOKUP_ROW = 3;
@@ -73,10 +72,21 @@ bool has_option(const LOOKUP_PARTS& parts, char letter) {
     return parts.options.find(letter) != std::string::npos;
 }
 
+LOOKUP_OPTIONS options_of(const LOOKUP_PARTS& parts) {
+    return {has_option(parts, 'A'), has_option(parts, 'P'), std::string(parts.message)};
+}
+
+void append_options(std::string& text, const LOOKUP_OPTIONS& lookup) {
+    if (lookup.accept_mismatches)
+        text += 'A';
+    if (lookup.partial_matches)
+        text += 'P';
+}
+
 void append_message(std::string& text, const std::string& message) {
-    const std::size_t used = text.size() + std::string_view(MESSAGE_START).size();
+    const std::size_t used = text.size() + LOOKUP_MESSAGE_START.size();
     if (!message.empty() && used < LOOKUP_LIMIT)
-        text += MESSAGE_START + message.substr(0, LOOKUP_LIMIT - used);
+        text.append(LOOKUP_MESSAGE_START).append(message, 0, LOOKUP_LIMIT - used);
 }
 
 // A number of more than two digits could not be told from the option letters behind it.
@@ -109,20 +119,16 @@ unsigned row_number(const std::string& typed) {
 
 LOOKUP_TABLE parse_lookup_table(std::string_view text) {
     const LOOKUP_PARTS parts = parts_of(text, 'T');
-    LOOKUP_TABLE table;
-    table.accept_mismatches = has_option(parts, 'A');
-    table.partial_matches = has_option(parts, 'P');
+    LOOKUP_TABLE table{options_of(parts), {}};
     if (!parts.values.empty())
         table.entries = split(parts.values);
-    table.message = parts.message;
     return table;
 }
 
 LOOKUP_FILE parse_lookup_file(std::string_view text) {
     const LOOKUP_PARTS parts = parts_of(text, 'F');
     LOOKUP_FILE file;
-    file.accept_mismatches = has_option(parts, 'A');
-    file.partial_matches = has_option(parts, 'P');
+    static_cast<LOOKUP_OPTIONS&>(file) = options_of(parts);
     file.optional = has_option(parts, 'O');
     file.auto_advance = has_option(parts, 'S');
     if (const std::size_t letter = parts.options.find('D'); letter != std::string::npos) {
@@ -135,16 +141,12 @@ LOOKUP_FILE parse_lookup_file(std::string_view text) {
         for (std::size_t i = 0; i < std::min(values.size(), std::size(LOOKUP_VALUES)); ++i)
             file.*LOOKUP_VALUES[i].value = values[i].substr(0, LOOKUP_VALUES[i].limit);
     }
-    file.message = parts.message;
     return file;
 }
 
 std::string lookup_table_text(const LOOKUP_TABLE& table) {
     std::string text = "T";
-    if (table.accept_mismatches)
-        text += 'A';
-    if (table.partial_matches)
-        text += 'P';
+    append_options(text, table);
     for (const std::string& entry : table.entries)
         text += SEPARATOR + entry;
     if (table.entries.size() == 1 && table.entries.front().empty())
@@ -160,10 +162,7 @@ std::string lookup_file_text(const LOOKUP_FILE& file) {
         if (file.auto_advance)
             text += 'S';
     }
-    if (file.accept_mismatches)
-        text += 'A';
-    if (file.partial_matches)
-        text += 'P';
+    append_options(text, file);
     if (file.optional)
         text += 'O';
     for (const LOOKUP_VALUE& row : LOOKUP_VALUES)

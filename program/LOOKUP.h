@@ -13,18 +13,21 @@
 
 inline constexpr std::size_t LOOKUP_LIMIT = 250;        // characters of a lookup string
 inline constexpr std::size_t LOOKUP_MESSAGE_LIMIT = 40; // characters: two lines of the portable's display
+inline constexpr std::string_view LOOKUP_MESSAGE_START = ",?";
 inline constexpr unsigned HIGHEST_LOOKUP_TARGET = 99;
 
-struct LOOKUP_TABLE {
+// What both kinds have.
+struct LOOKUP_OPTIONS {
     bool accept_mismatches = false;
     bool partial_matches = false;
-    std::vector<std::string> entries; // none holds a comma or a '?'
-    std::string message;              // shown by the portable; empty for its own
+    std::string message; // shown by the portable; empty for its own
 };
 
-struct LOOKUP_FILE {
-    bool accept_mismatches = false;
-    bool partial_matches = false;
+struct LOOKUP_TABLE : LOOKUP_OPTIONS {
+    std::vector<std::string> entries; // none holds a comma or a '?'
+};
+
+struct LOOKUP_FILE : LOOKUP_OPTIONS {
     bool optional = false;
     bool add_display_field = false; // the display field goes into the target field of the data
     bool auto_advance = false;
@@ -35,7 +38,6 @@ struct LOOKUP_FILE {
     std::string display_field = "1";
     std::string start_row = "1";
     std::string end_row = "1";
-    std::string message;
 };
 
 // The values behind the options of a file's lookup string, in order, with the characters that each may have.

@@ -43,7 +43,7 @@ TEST(LookupTest, AStringIsReadByItsRulesAndWrittenInOrder) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(rewritten(c.kind, c.text), c.written) << c.text;
-    EXPECT_EQ(lookup_table_text({true, true, {""}, "m"}), "TAP,,,?m") << "one empty entry";
+    EXPECT_EQ(lookup_table_text({{true, true, "m"}, {""}}), "TAP,,,?m") << "one empty entry";
 }
 
 TEST(LookupTest, WhatIsReadFromAnyTextStaysAsItIs) {
