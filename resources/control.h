@@ -134,8 +134,33 @@
 #define IDC_FIELD_HELP 1341
 #define IDC_FIELD_DISPLAY 1350 // the first of four lines
 
-// Lookup Choice (from 1401)
+// Lookup Choice
+#define IDC_CHOICE_FILE 1401
+#define IDC_CHOICE_TABLE 1402
 
-// Lookup Table Definition (from 1411)
+// Lookup Table Definition and Lookup File Definition
+#define IDC_LOOKUP_ACCEPT 1411
+#define IDC_LOOKUP_PARTIAL 1412
+#define IDC_LOOKUP_MESSAGE 1413
+#define IDC_LOOKUP_PREVIEW 1414 // the first of two lines
 
-// Lookup File Definition (from 1441)
+// Lookup Table Definition
+#define IDC_TABLE_ENTRY 1421 // the first of six
+#define IDC_TABLE_SCROLL 1427
+#define IDC_TABLE_INSERT 1428
+#define IDC_TABLE_DELETE 1429
+#define IDC_TABLE_ADD 1430
+
+// Lookup File Definition
+#define IDC_LOOKUP_OPTIONAL 1441
+#define IDC_LOOKUP_BROWSE 1442
+#define IDC_LOOKUP_NAME 1443
+#define IDC_LOOKUP_FIELDS 1444
+#define IDC_LOOKUP_COMPARE 1445
+#define IDC_LOOKUP_DISPLAY 1446
+#define IDC_LOOKUP_START_ROW 1447
+#define IDC_LOOKUP_END_ROW 1448
+#define IDC_LOOKUP_ADD_DISPLAY 1449
+#define IDC_LOOKUP_AUTO_ADVANCE 1450
+#define IDC_LOOKUP_TARGET 1451
+#define IDC_LOOKUP_NO_VIEW 1452
