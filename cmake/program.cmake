@@ -18,8 +18,11 @@ add_library(tolvan_screens OBJECT
     comm/PCOM_setup.cpp
     comm/line_win32.cpp
     program/LOOKUP_dialogs.cpp
+    program/LOOKUP_file_dialog.cpp
+    program/LOOKUP_table_dialog.cpp
     program/Prog_edits.cpp
     program/Prog_field.cpp
+    program/Prog_field_controls.cpp
     program/Prog_global.cpp
     program/Prog_lcd.cpp
     program/Prog_special.cpp

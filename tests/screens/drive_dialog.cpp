@@ -75,16 +75,16 @@ RECT place_in(HWND dialog, HWND control) {
     return place;
 }
 
-// The width that a control's text takes in its font, with an access key's mark left out.
-int text_width(HWND control) {
+// The room that a control's text takes in its font, with an access key's mark left out.
+SIZE text_size(HWND control) {
     HDC dc = GetDC(control);
     const auto font = reinterpret_cast<HGDIOBJ>(SendMessageA(control, WM_GETFONT, 0, 0));
     HGDIOBJ old_font = SelectObject(dc, font);
     RECT bounds{};
-    DrawTextA(dc, window_text(control).c_str(), -1, &bounds, DT_CALCRECT | DT_SINGLELINE);
+    DrawTextA(dc, window_text(control).c_str(), -1, &bounds, DT_CALCRECT);
     SelectObject(dc, old_font);
     ReleaseDC(control, dc);
-    return bounds.right;
+    return {bounds.right, bounds.bottom};
 }
 
 } // namespace
@@ -250,7 +250,8 @@ std::vector<std::string> layout_faults(HWND dialog) {
         if (!IntersectRect(&common, &place, &inside) || !EqualRect(&common, &place))
             faults.push_back(name + " reaches outside");
         const bool shows_caption = class_of(control) == "Static" || class_of(control) == "Button";
-        if (shows_caption && text_width(control) > place.right - place.left)
+        const SIZE text = text_size(control);
+        if (shows_caption && (text.cx > place.right - place.left || text.cy > place.bottom - place.top))
             faults.push_back(name + " is cut");
         const bool is_group_box = class_of(control) == "Button" &&
                                   (GetWindowLongA(control, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX;
