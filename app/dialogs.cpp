@@ -75,7 +75,7 @@ void remove_filter(HWND control) {
     RemovePropA(control, OWN_PROCEDURE);
 }
 
-LRESULT call_own_procedure(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT CALLBACK call_own_procedure(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
     return CallWindowProcA(own_procedure(control), control, message, wParam, lParam);
 }
 

@@ -26,7 +26,7 @@ void set_control_text(HWND dialog, int control, const std::string& text);
 // what it does not take; remove_filter() gives it back.
 void install_filter(HWND control, WNDPROC filter);
 void remove_filter(HWND control);
-LRESULT call_own_procedure(HWND control, UINT message, WPARAM wParam, LPARAM lParam);
+LRESULT CALLBACK call_own_procedure(HWND control, UINT message, WPARAM wParam, LPARAM lParam);
 
 // Filter for numeric edits: refuses every character but digits and backspace with a beep. Pasting stays open.
 LRESULT CALLBACK INTPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);

@@ -10,6 +10,7 @@
 #include "app/settings.h"
 #include "comm/PCOM.h"
 #include "comm/PCOM_screens.h"
+#include "program/Prog_screens.h"
 #include "resources/define.h"
 #include "setup/SETUP.h"
 
@@ -121,13 +122,6 @@ void screen_comes_later(HWND hwnd) {
                  MESSAGE_ICON::INFORMATION);
 }
 
-// The programming window takes the file of "-F=" over; until it comes, the request ends here, so that no later
-// transfer ends the program.
-void programming_comes_later(HWND hwnd) {
-    command_line_options_flag = 0;
-    screen_comes_later(hwnd);
-}
-
 void leave(HWND hwnd) {
     DestroyWindow(hwnd);
 }
@@ -141,7 +135,7 @@ struct COMMAND {
 };
 
 constexpr COMMAND COMMANDS[] = {
-    {.id = CMD_PROGRAMMING, .run = programming_comes_later},
+    {.id = CMD_PROGRAMMING, .dialog = DLG_PROGRAMMING, .dialog_procedure = PROGRAMMINGPROC},
     {.id = CMD_LOOKUP_EDITOR, .run = screen_comes_later},
     {.id = CMD_DATA_EDITOR, .run = screen_comes_later},
     {.id = CMD_LIBRARIAN, .run = screen_comes_later},

@@ -18,8 +18,11 @@ add_library(tolvan_screens OBJECT
     comm/PCOM_setup.cpp
     comm/line_win32.cpp
     program/LOOKUP_dialogs.cpp
+    program/LOOKUP_file_dialog.cpp
+    program/LOOKUP_table_dialog.cpp
     program/Prog_edits.cpp
     program/Prog_field.cpp
+    program/Prog_field_controls.cpp
     program/Prog_global.cpp
     program/Prog_lcd.cpp
     program/Prog_special.cpp
@@ -29,7 +32,7 @@ target_link_libraries(tolvan_screens PUBLIC tolvan_logic comctl32 comdlg32 gdi32
 set(TOLVAN_RESOURCES resources/TolvanP.rc)
 set_source_files_properties(${TOLVAN_RESOURCES} PROPERTIES
     COMPILE_OPTIONS "-c;65001"
-    OBJECT_DEPENDS "${CMAKE_SOURCE_DIR}/resources/app.rc;${CMAKE_SOURCE_DIR}/resources/comm.rc;${CMAKE_SOURCE_DIR}/resources/program.rc;${CMAKE_SOURCE_DIR}/resources/field.rc;${CMAKE_SOURCE_DIR}/resources/options.rc;${CMAKE_SOURCE_DIR}/resources/lookup.rc;${CMAKE_SOURCE_DIR}/resources/define.h;${CMAKE_SOURCE_DIR}/resources/control.h;${CMAKE_SOURCE_DIR}/resources/toolbar.bmp;${CMAKE_SOURCE_DIR}/resources/TolvanP.ico;${CMAKE_SOURCE_DIR}/resources/TolvanP.manifest")
+    OBJECT_DEPENDS "${CMAKE_SOURCE_DIR}/resources/app.rc;${CMAKE_SOURCE_DIR}/resources/comm.rc;${CMAKE_SOURCE_DIR}/resources/program.rc;${CMAKE_SOURCE_DIR}/resources/field.rc;${CMAKE_SOURCE_DIR}/resources/options.rc;${CMAKE_SOURCE_DIR}/resources/lookup.rc;${CMAKE_SOURCE_DIR}/resources/define.h;${CMAKE_SOURCE_DIR}/resources/control.h;${CMAKE_SOURCE_DIR}/resources/toolbar.bmp;${CMAKE_SOURCE_DIR}/resources/programming_toolbar.bmp;${CMAKE_SOURCE_DIR}/resources/TolvanP.ico;${CMAKE_SOURCE_DIR}/resources/TolvanP.manifest")
 
 add_executable(TolvanP WIN32 app/main.cpp ${TOLVAN_RESOURCES})
 target_include_directories(TolvanP PRIVATE ${CMAKE_SOURCE_DIR})

@@ -34,8 +34,9 @@ bool is_own_change();
 void normalise_edit(HWND dialog, int control);
 
 // Filters for the controls of a dialog (see install_filter). Tab and Shift+Tab become WM_NEXTDLGCTL to the
-// dialog, Escape its Cancel, and Enter nothing; a button keeps Enter and Escape to the dialog manager. A
-// control that takes the focus tells the dialog so with WM_CONTROL_FOCUSED, its identifier in wParam.
+// dialog, Escape its Cancel, and Enter nothing; an open list keeps both, and a button leaves them to the
+// dialog manager. A control that takes the focus tells the dialog so with WM_CONTROL_FOCUSED, its identifier
+// in wParam.
 inline constexpr UINT WM_CONTROL_FOCUSED = WM_USER + 12;
 LRESULT CALLBACK PROGEDITPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam); // menu only
 LRESULT CALLBACK EDITTABPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);  // with the menu

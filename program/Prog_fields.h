@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+inline constexpr unsigned MAX_INPUT_LIMIT = 250; // characters of a field's input
+
 using FIELD_HANDLE = std::list<FIELD_DEFINITION>::iterator;
 
 extern int field_list_selection; // the selected row, from 0; the row behind the last field is the end row
@@ -50,6 +52,6 @@ struct FIELD_FAULT {
 };
 FIELD_FAULT find_field_fault(const FIELD_EDITS& edits);
 
-// Puts the edits into the selected field, leaving the members that the field editor does not show, notes its
-// lookup definition as the one last edited, and marks the program changed. Nothing happens on the end row.
+// Replaces the selected field by `edited`, a copy of it with the edits in it, notes its lookup definition as
+// the one last edited, and marks the program changed. Nothing happens on the end row.
 void store_field(const FIELD_DEFINITION& edited);

@@ -18,11 +18,9 @@
 #include "library/LIB.h"
 #include "program/Prog.h"
 #include "program/Prog_checks.h"
+#include "program/Prog_text.h"
 
-#include <algorithm>
 #include <array>
-#include <cstdlib>
-#include <limits>
 #include <new>
 
 PROGRAM_HEADER program_header;
@@ -77,13 +75,6 @@ constexpr std::array FIELD_TEXTS = {
 
 void show_warning(const std::string& text, const char* caption) {
     show_message(nullptr, text, caption, MESSAGE_ICON::WARNING);
-}
-
-// The number at the start of a text, as far as 32 bits hold it; 0 when there is none.
-std::int32_t decimal_value(const std::string& text) {
-    using LIMITS = std::numeric_limits<std::int32_t>;
-    return static_cast<std::int32_t>(
-        std::clamp<long long>(std::strtoll(text.c_str(), nullptr, 10), LIMITS::min(), LIMITS::max()));
 }
 
 void forget_lookup() {

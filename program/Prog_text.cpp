@@ -1,5 +1,8 @@
 #include "program/Prog_text.h"
 
+#include <algorithm>
+#include <cstdlib>
+#include <limits>
 #include <optional>
 
 namespace {
@@ -83,6 +86,12 @@ std::string convert_ampersands_and_nonascii(std::string_view stored) {
             shown += byte >= 0x20 && byte <= 0x7E ? byte : CANNOT_SHOW;
     }
     return shown;
+}
+
+std::int32_t decimal_value(const std::string& stored) {
+    using LIMITS = std::numeric_limits<std::int32_t>;
+    return static_cast<std::int32_t>(
+        std::clamp<long long>(std::strtoll(stored.c_str(), nullptr, 10), LIMITS::min(), LIMITS::max()));
 }
 
 const std::array<SPECIAL_CHARACTER, 80> CHAR_TABLE = {{

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,9 @@ std::string translate_string_to_hex(std::string_view escaped);
 
 // Stored text to the text of a static control: '&' doubled, every byte that cannot be shown as 0x7F.
 std::string convert_ampersands_and_nonascii(std::string_view stored);
+
+// The number at the start of a stored text, as far as 32 bits hold it; 0 when there is none.
+std::int32_t decimal_value(const std::string& stored);
 
 // The catalogue of special characters that the operator picks from.
 struct SPECIAL_CHARACTER {

@@ -1,1 +1,202 @@
-#include <gtest/gtest.h>
+#include "program/Prog_checks.h"
+#include "program/Prog_fields.h"
+#include "program/Prog_file.h"
+#include "tests/test_files.h"
+
+#include <random>
+
+namespace {
+
+std::array<int, 8> options() {
+    const auto& all = global_options;
+    return {all.field_compare, all.field_to_inc, all.amount_to_inc,     all.dup_warning,
+            all.mult_field_1,  all.mult_field_2, all.mult_field_result, all.mult_field_operator};
+}
+
+std::list<FIELD_DEFINITION>& start_with(std::size_t fields) {
+    init_programming();
+    field_list_selection = 0;
+    new_field = false;
+    program_header.fields.resize(fields);
+    std::for_each(program_header.fields.begin(), program_header.fields.end(), init_field);
+    return program_header.fields;
+}
+
+// An edit of the selected field, as wild as the editor's controls allow.
+FIELD_DEFINITION edited_field(std::minstd_rand& random) {
+    FIELD_DEFINITION field = *current_handle();
+    field.prompt_string_handle = std::to_string(random());
+    field.lookup_filename_handle = std::array{"", "T,RED", "FD1,PARTS"}[random() % 3];
+    std::tie(field.input_type, field.input_source, field.bit_values1) = std::tuple(
+        "DSYEN?"[random() % 6], "KBSL?"[random() % 5], random() % 256 | (random() % 8 == 0 ? 0 : NEW_SCREEN));
+    return field;
+}
+
+// Saves, unless a check refuses, and opens: the options come back, and twice the same bytes were saved.
+bool save_and_open(const std::string& name, int& saves) {
+    std::string refusal = check_fields_before_save();
+    if (refusal.empty())
+        refusal = update_counts_and_flags();
+    if (!refusal.empty()) {
+        expect_warning(refusal, "Save File");
+        return save_program_file(name) == 0;
+    }
+    ++saves;
+    const auto set = options();
+    const std::string last_lookup = lookup_string; // no file holds it
+    std::string saved[2];
+    for (auto& bytes : saved) {
+        lookup_string = last_lookup;
+        EXPECT_EQ(save_program_file(name), 1);
+        bytes = read_bytes(name);
+        init_programming();
+        EXPECT_EQ(open_program_file(nullptr, name), 1);
+        derive_global_options(true);
+        EXPECT_EQ(options(), set);
+        std::filesystem::remove(name);
+    }
+    return saved[0] == saved[1];
+}
+
+class ProgramFieldsTest : public FILE_TEST {};
+
+} // namespace
+
+TEST_F(ProgramFieldsTest, RowsShowWhatTheFieldsHold) {
+    auto field = start_with(6).begin();
+    for (const char* codes : {"D?V", "SKL", "YSR", "E?r", "NLV", "dBV"}) { // type, source and format
+        std::tie(field->input_type, field->input_source, field->output_format) =
+            std::tuple(codes[0], codes[1], codes[2]);
+        ++field;
+    }
+    FIELD_DEFINITION& first = program_header.fields.front();
+    first.bit_values1 |= HEADER_INPUT;
+    first.prompt_string_handle = "a\tb/\xFF&%s";
+    first.max_input = 20;
+    const std::vector<std::string> expected = {
+        "  1\tHeader\tData\ta/09b///00&%s\t 20\t  1\t\t   Variable",
+        "  2\tRecord\tStamp\t\t250\t  1\t   Keyboard\t Left Justify",
+        "  3\tRecord\tYes/No\t\t250\t  1\t     Serial\tRight Justify",
+        "  4\tRecord\tExhibit\t\t250\t  1\t     Serial\tUnknown",
+        "  5\tRecord\tNo Edit\t\t250\t  1\tLookup File\t   Variable",
+        "  6\tRecord\tUnknown\t\t250\t  1\t    Barcode\t   Variable",
+        "<<END OF PROGRAM>>",
+    };
+    EXPECT_EQ(field_list_rows(), expected);
+}
+
+TEST_F(ProgramFieldsTest, OptionsComeFromTheFlagsAndStayWithoutThem) {
+    auto& fields = start_with(2);
+    fields.front().data_manip_source = 0xFF; // field one comes before its other parts
+    fields.back().bit_values2 = AUTOINCREMENT_FIELD;
+    global_options = {9, 9, 9, 1, 9, 9, 9, 9};
+    derive_global_options(false);
+    EXPECT_EQ(options(), (std::array{1, 2, 1, 0, 1, 9, 9, 9}));
+    fields.front().data_manip_source = 0xD8 | COMPARE_FIELD;
+    fields.back().data_manip_condition_handle = "0025x";
+    derive_global_options(true);
+    EXPECT_EQ(options(), (std::array{1, 2, 25, 1, 0, 1, 0, 2}));
+}
+
+TEST_F(ProgramFieldsTest, ChecksReportTheFirstFault) {
+    constexpr unsigned MOST = 0xFFFFFFFF;
+    const std::string no_fit = "Prompt and data will not fit within start/end range";
+    const std::string letters = "Input Mask field can only contain the letters 'A', 'D', 'F', 'I', and 'N'.";
+    const std::string decimal = "When Allow Calculation is ON\nInput Mask must be Decimal.";
+    const FIELD_DEFINITION plain;
+    FIELD_DEFINITION sum;
+    sum.bit_values2 = ALLOW_CALCULATION;
+    // Field, start row and column, end row and column, max, min, prompt, mask; the message.
+    const std::pair<FIELD_EDITS, std::string> cases[] = {
+        {{plain, 4, 99, 2, 0, 0, 1, "", ""}, "Max Input Value less than Min Input Value"},
+        {{plain, 4, 99, 2, 0, MOST, 251, "", ""}, "Min Input Greater Than 250"},
+        {{plain, 4, 99, 2, 0, 251, 250, "", ""}, "Max Input Greater Than 250"},
+        {{plain, 4, 99, 2, 0, 0, 0, "", ""}, "Max Input Less Than 1"},
+        {{plain, 4, 99, 2, 0, 1, 0, "", ""}, "End Row less than Start Row"},
+        {{plain, 4, 99, 4, 98, 1, 0, "", ""}, "End Col less than Start Col"},
+        {{plain, 4, 99, 5, 98, 1, 0, "", ""}, "Start Row Greater Than 3"},
+        {{plain, 3, 99, MOST, 98, 1, 0, "", ""}, "End Row Greater Than 3"},
+        {{plain, 2, MOST, 3, 98, 1, 0, "", ""}, "Start Col Greater Than 19"},
+        {{plain, 2, 19, 3, 20, 1, 0, "", ""}, "End Col Greater Than 19"},
+        {{plain, 0, 0, 0, 19, 1, 0, std::string(20, 'P'), ""}, no_fit},
+        {{plain, 0, 0, 0, 19, 1, 1, std::string(19, 'P'), "A"}, ""},
+        {{plain, 0, 18, 1, 0, 1, 1, "/0D", "A"}, no_fit}, // as typed, in three cells
+        {{plain, 0, 17, 1, 0, 1, 1, "/0D", "A"}, ""},
+        {{plain, 0, 0, 0, 19, 250, 4, "", "NNNF"},
+         "Minimum Input value is greater than input allowed from Input Mask field."},
+        {{plain, 0, 0, 0, 19, 250, 250, "", "NNN"}, ""},
+        {{plain, 0, 0, 0, 19, 250, 0, "", ""}, letters},
+        {{sum, 0, 0, 0, 19, 250, 0, "", "AX"}, letters},
+        {{sum, 0, 0, 0, 19, 250, 0, "", "DA"}, decimal},
+        {{sum, 0, 0, 0, 19, 250, 0, "", "D/44"}, ""},
+    };
+    for (const auto& [edits, text] : cases) {
+        const auto [fault, caption] = find_field_fault(edits);
+        EXPECT_EQ(fault, text);
+        EXPECT_EQ(caption, text.empty() ? "" : text == decimal ? "Input Mask Error" : "Field Definition");
+    }
+}
+
+TEST_F(ProgramFieldsTest, StoringNotesTheLookup) {
+    FIELD_DEFINITION edited = start_with(1).front();
+    for (const char* lookup : {"FD1,A", "", "T,B"}) {
+        edited.lookup_filename_handle = lookup;
+        store_field(edited);
+        EXPECT_EQ(lookup_string, lookup);
+    }
+    no_lookup_target = true;
+    lookup_string = "T,of another field";
+    edited.lookup_filename_handle.clear();
+    edited.input_source = SOURCE_LOOKUP_FILE;
+    store_field(edited);
+    EXPECT_EQ(lookup_string, "T,of another field");
+    EXPECT_FALSE(no_lookup_target);
+}
+
+TEST_F(ProgramFieldsTest, NoSequenceOfOperationsBringsListFlagsAndFileApart) {
+    auto& fields = start_with(MAX_FIELDS);
+    EXPECT_FALSE(insert_field());
+    start_with(1);
+    field_list_selection = 9; // behind the end row
+    EXPECT_TRUE(insert_field() && field_list_selection == 1);
+    int saves = 0;
+    for (unsigned seed = 1; seed <= 10000 && !HasFailure(); ++seed) {
+        std::minstd_rand random(seed);
+        std::vector<std::string> prompts; // that the list must hold
+        start_with(0);
+        for (int step = 0; step < 12; ++step) {
+            if (!new_field)
+                field_list_selection = static_cast<int>(random() % (fields.size() + 1));
+            const bool on_field = current_handle() != fields.end();
+            const auto prompt = prompts.begin() + field_list_selection;
+            const auto operation = random() % (new_field ? 6 : 20);
+            if (operation < 2 && on_field) {
+                delete_field();
+                prompts.erase(prompt);
+            } else if (operation < 9 && on_field) {
+                file_changed = false;
+                store_field(edited_field(random));
+                *prompt = current_handle()->prompt_string_handle;
+                EXPECT_TRUE(file_changed && !new_field);
+            } else if (operation < 18) {
+                EXPECT_TRUE(insert_field() && new_field);
+                prompts.emplace(prompt);
+            } else {
+                const auto amount = static_cast<int>(1 + random() % 9999);
+                const auto warning = static_cast<std::uint8_t>(amount % 2);
+                global_options = operation == 18
+                                     ? GLOBAL_DATA_OPTIONS{}
+                                     : GLOBAL_DATA_OPTIONS{1, 3, amount, warning, 2, 1, 3, 1 + amount % 4};
+                EXPECT_TRUE(save_and_open(path("PROGRAM.PGT"), saves)) << seed;
+            }
+            derive_global_options(false);
+            std::vector<std::string> listed;
+            for (const auto& field : fields)
+                listed.push_back(field.prompt_string_handle);
+            ASSERT_EQ(listed, prompts) << seed;
+            ASSERT_EQ(field_list_rows().size(), prompts.size() + 1) << seed;
+            ASSERT_EQ(field_list_total, std::ssize(prompts) + 1) << seed;
+        }
+    }
+    EXPECT_GT(saves, 1000);
+}

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Draws the main toolbar's bitmap and the program's icon again: tools/draw_pictures.py [folder]
+"""Draws the toolbars' bitmaps and the program's icon again: tools/draw_pictures.py [folder]
 
 Each picture is a list of flat shapes, painted one over the other on a fine grid and then averaged down, which
-smooths every edge. Both files carry straight alpha, so that the pictures stand on any button face.
+smooths every edge. All files carry straight alpha, so that the pictures stand on any button face.
 """
 import math
 import pathlib
@@ -160,7 +160,7 @@ def arrow(canvas, colour, tail, head, y):
     framed(canvas, PAPER, colour, outline, 1.8)
 
 
-# --- the ten buttons ---
+# --- the main toolbar ---
 
 
 def programming(c):
@@ -253,9 +253,43 @@ def leave(c):
     arrow(c, RED, 14, 27.5, 15.5)
 
 
-BUTTONS = (programming, lookup_editor, data_editor, librarian, send, receive, auto_receive, upgrade_flash,
-           comm_monitor, leave)
-BUTTON_WIDTH, BUTTON_HEIGHT = 29, 30
+# --- the programming window's toolbar ---
+
+
+def new_file(c):
+    sheet(c, 4.5, 1.5, 15.5, 16.5, 4, 0)
+    paint(c, INK, disc(15.5, 12.5, 4.6))
+    paint(c, GREEN, disc(15.5, 12.5, 3.9))
+    paint(c, PAPER, box(13, 11.8, 18, 13.2), box(14.8, 10, 16.2, 15))
+
+
+def open_file(c):
+    framed(c, INK, ORANGE, [(2.5, 4.5), (3.5, 3.5), (7.5, 3.5), (9, 5.5), (15.5, 5.5), (15.5, 15.5), (2.5, 15.5)])
+    sheet(c, 6.5, 1.5, 13.5, 12.5, 2.5, 2)
+    framed(c, INK, YELLOW, [(5.5, 8.5), (19, 8.5), (15.5, 15.5), (2.5, 15.5)])
+
+
+def save_file(c):
+    framed(c, INK, BLUE, [(3.5, 1.5), (15.5, 1.5), (17.5, 3.5), (17.5, 16.5), (3.5, 16.5)])
+    paint(c, PAPER, box(6, 8.5, 15, 16))
+    paint(c, RULE, box(7.5, 10.3, 13.5, 11.3), box(7.5, 13, 13.5, 14))
+    paint(c, KEY, box(7, 2, 14, 6.5))
+    paint(c, INK, box(11, 2.7, 12.8, 5.8))
+
+
+def leave_file(c):
+    framed(c, INK, CASE, box(3.5, 1.5, 12.5, 16.5))
+    framed(c, INK, WOOD, [(3.5, 1.5), (9, 3.5), (9, 17.2), (3.5, 16.5)])
+    paint(c, YELLOW, disc(7.6, 10.2, 0.9))
+    framed(c, PAPER, RED, [(10.5, 7.7), (14.5, 7.7), (14.5, 5), (19.3, 9), (14.5, 13), (14.5, 10.3), (10.5, 10.3)], 1.2)
+
+
+# File, width and height of a picture, and the pictures.
+TOOLBARS = (
+    ("toolbar.bmp", 29, 30, (programming, lookup_editor, data_editor, librarian, send, receive, auto_receive,
+                             upgrade_flash, comm_monitor, leave)),
+    ("programming_toolbar.bmp", 21, 18, (new_file, open_file, save_file, leave_file)),
+)
 
 
 def icon(size):
@@ -324,13 +358,14 @@ def write_icon(path, pictures):
 
 def main():
     folder = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else pathlib.Path(__file__).parent.parent / "resources")
-    toolbar = [[] for _ in range(BUTTON_HEIGHT)]
-    for draw in BUTTONS:
-        canvas = new_canvas(BUTTON_WIDTH, BUTTON_HEIGHT)
-        draw(canvas)
-        for whole, part in zip(toolbar, averaged(canvas)):
-            whole += part
-    write_bitmap(folder / "toolbar.bmp", toolbar)
+    for name, width, height, buttons in TOOLBARS:
+        toolbar = [[] for _ in range(height)]
+        for draw in buttons:
+            canvas = new_canvas(width, height)
+            draw(canvas)
+            for whole, part in zip(toolbar, averaged(canvas)):
+                whole += part
+        write_bitmap(folder / name, toolbar)
     write_icon(folder / "TolvanP.ico", [icon(size) for size in (16, 32, 48)])
 
 

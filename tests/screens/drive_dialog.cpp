@@ -58,12 +58,14 @@ HWND focus() {
     return info.hwndFocus;
 }
 
-// After a failed step: answers every dialog until the screen has ended, so that the test ends too.
+// After a failed step: answers every dialog until the screen has ended, so that the test ends too. What one
+// question takes for stopping, another takes for going on.
 void close_everything() {
-    while (WaitForSingleObject(screen_ended, 20) == WAIT_TIMEOUT)
+    for (WPARAM answer = IDYES; WaitForSingleObject(screen_ended, 20) == WAIT_TIMEOUT;
+         answer = answer == IDYES ? IDNO : IDYES)
         for (HWND window : thread_windows())
-            for (const WPARAM answer : {IDCANCEL, IDNO, IDOK})
-                PostMessageA(window, WM_COMMAND, answer, 0);
+            for (const WPARAM command : {answer, WPARAM{IDCANCEL}, WPARAM{IDOK}})
+                PostMessageA(window, WM_COMMAND, command, 0);
 }
 
 RECT place_in(HWND dialog, HWND control) {
@@ -73,16 +75,16 @@ RECT place_in(HWND dialog, HWND control) {
     return place;
 }
 
-// The width that a control's text takes in its font, with an access key's mark left out.
-int text_width(HWND control) {
+// The room that a control's text takes in its font, with an access key's mark left out.
+SIZE text_size(HWND control) {
     HDC dc = GetDC(control);
     const auto font = reinterpret_cast<HGDIOBJ>(SendMessageA(control, WM_GETFONT, 0, 0));
     HGDIOBJ old_font = SelectObject(dc, font);
     RECT bounds{};
-    DrawTextA(dc, window_text(control).c_str(), -1, &bounds, DT_CALCRECT | DT_SINGLELINE);
+    DrawTextA(dc, window_text(control).c_str(), -1, &bounds, DT_CALCRECT);
     SelectObject(dc, old_font);
     ReleaseDC(control, dc);
-    return bounds.right;
+    return {bounds.right, bounds.bottom};
 }
 
 } // namespace
@@ -248,7 +250,8 @@ std::vector<std::string> layout_faults(HWND dialog) {
         if (!IntersectRect(&common, &place, &inside) || !EqualRect(&common, &place))
             faults.push_back(name + " reaches outside");
         const bool shows_caption = class_of(control) == "Static" || class_of(control) == "Button";
-        if (shows_caption && text_width(control) > place.right - place.left)
+        const SIZE text = text_size(control);
+        if (shows_caption && (text.cx > place.right - place.left || text.cy > place.bottom - place.top))
             faults.push_back(name + " is cut");
         const bool is_group_box = class_of(control) == "Button" &&
                                   (GetWindowLongA(control, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX;

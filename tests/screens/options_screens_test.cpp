@@ -1,1 +1,147 @@
+// The context menu of edits, special characters, global data options and bar code types.
+#include "app/dialogs.h"
+#include "program/Prog.h"
+#include "program/Prog_edits.h"
+#include "program/Prog_screens.h"
+#include "resources/control.h"
+#include "resources/define.h"
+#include "tests/screens/drive_dialog.h"
+
 #include <gtest/gtest.h>
+
+namespace {
+
+void expect_good_looks(HWND screen) {
+    EXPECT_EQ(layout_faults(screen), std::vector<std::string>());
+    EXPECT_EQ(unreached_by_tab(screen), std::vector<int>());
+}
+
+INT_PTR run_options(int dialog, DLGPROC procedure, const std::function<void(HWND)>& script) {
+    INT_PTR result = -1;
+    const char* title = dialog == DLG_GLOBAL_DATA ? "Global Data Options" : "Bar Code Types";
+    drive([&] { result = run_dialog(dialog, nullptr, procedure); },
+          [&] {
+              HWND screen = wait_for_window(title);
+              expect_good_looks(screen);
+              script(screen);
+          });
+    return result;
+}
+
+// The captions of the open context menu, those of greyed items in brackets.
+std::string read_menu() {
+    const auto popup = [] { return FindWindowA("#32768", nullptr); };
+    wait_until([&] { return IsWindowVisible(popup()) != FALSE; }, "the context menu");
+    const auto menu = reinterpret_cast<HMENU>(SendMessageA(popup(), MN_GETHMENU, 0, 0));
+    std::string items;
+    for (UINT i = 0; i < static_cast<UINT>(GetMenuItemCount(menu)); ++i) {
+        char caption[40];
+        GetMenuStringA(menu, i, caption, sizeof caption, MF_BYPOSITION);
+        const bool greyed = (GetMenuState(menu, i, MF_BYPOSITION) & MF_GRAYED) != 0;
+        items += greyed ? '[' + std::string(caption) + ']' : caption;
+    }
+    return items;
+}
+
+TEST(OptionsScreens, ContextMenuAndSpecialCharacters) {
+    const struct {
+        const char* text;
+        int start, end, key; // selection, and what chooses an item
+        const char *items, *afterwards;
+    } cases[] = {
+        {"", 0, 0, VK_ESCAPE, "[&Undo][][Cu&t][&Copy][&Paste][&Delete][]&Special ASCII[Select &All]", ""},
+        {"a//b", 2, 2, 'A', "[&Undo][]Cu&t&Copy[&Paste]&Delete[]&Special ASCIISelect &All", "a//b"},
+        {"a//b", 0, 3, 'T', "[&Undo][]Cu&t&Copy[&Paste]&Delete[]&Special ASCIISelect &All", "b"},
+        {"abc", 1, 2, 'S', "[&Undo][]Cu&t&Copy&Paste&Delete[]&Special ASCIISelect &All", "a/00/02+c"},
+    };
+    OpenClipboard(nullptr);
+    EmptyClipboard();
+    CloseClipboard();
+    run_options(DLG_GLOBAL_DATA, GLOBALDATAPROC, [&](HWND screen) {
+        HWND edit = GetDlgItem(screen, IDC_GLOBAL_COMPARE);
+        remove_filter(edit);
+        install_filter(edit, EDITTABPROC); // on a numeric edit here, as it serves any
+        SendMessageA(edit, EM_LIMITTEXT, 0, 0);
+        for (const auto& c : cases) {
+            SetWindowTextA(edit, c.text);
+            SendMessageA(edit, EM_SETSEL, static_cast<WPARAM>(c.start), c.end);
+            PostMessageA(edit, WM_CONTEXTMENU, 0, -1);
+            EXPECT_EQ(read_menu(), c.items);
+            PostMessageA(screen, c.key == VK_ESCAPE ? WM_KEYDOWN : WM_CHAR, static_cast<WPARAM>(c.key), 0);
+            if (c.key == 'S') {
+                HWND picker = wait_for_window("Special ASCII Characters");
+                expect_good_looks(picker);
+                for (const int key : {VK_SPACE, VK_HOME, VK_RETURN, VK_DOWN, VK_DOWN, VK_SPACE})
+                    press_key(key); // the first finds nothing selected
+                while (focused_control(picker) != IDC_SPECIAL_TEXT)
+                    press_key(VK_TAB);
+                press_key(VK_END);
+                type_text("+");
+                press_key(VK_RETURN);
+            }
+            settle();
+            EXPECT_EQ(window_text(edit), c.afterwards);
+        }
+        press_key(VK_RETURN); // does nothing
+        press_key(VK_ESCAPE);
+    });
+}
+
+TEST(OptionsScreens, GlobalDataOptions) {
+    const std::pair<const char*, const char*> warnings[] = {
+        {"Autoincrement Options", "! You must have a compare field\nand an increment field\n"
+                                  "and an increment amount\nfor this option to work."},
+        {"Multiple Field Calculation Option", "! All fields must have data\nfor this option to work."}};
+    const struct {
+        std::vector<std::int32_t> typed;
+        bool warns[2];
+    } cases[] = {{{0, 0, 5, 0, 0, 0}, {false, false}}, {{2, 3, 5, 1, 2, 3}, {false, false}},
+                 {{2, 0, 5, 1, 2, 0}, {true, true}},   {{0, 3, 5, 1, 0, 3}, {true, true}},
+                 {{2, 3, 0, 0, 0, 3}, {true, true}},   {{0, 0, 0, 0, 2, 3}, {false, true}}};
+    const GLOBAL_DATA_OPTIONS& o = global_options;
+    for (const auto& c : cases) {
+        global_options = {.amount_to_inc = INT32_MIN, .mult_field_result = 12345, .mult_field_operator = 2};
+        file_changed = false;
+        const auto script = [&](HWND screen) {
+            EXPECT_EQ(control_text(screen, IDC_GLOBAL_AMOUNT), "-2147483648");
+            EXPECT_EQ(control_text(screen, IDC_GLOBAL_RESULT), "12345");
+            EXPECT_FALSE(file_changed);
+            for (int i = 0; i < 6; ++i) // the check box stands between the two groups
+                set_control_text(screen, IDC_GLOBAL_COMPARE + i + i / 3, std::to_string(c.typed[i]));
+            for (const int control : {IDC_GLOBAL_DUP_WARNING, IDC_GLOBAL_DIVIDE, IDOK})
+                click(screen, control);
+            for (int i = 0; i < 2; ++i)
+                EXPECT_TRUE(!c.warns[i] || answer_box(warnings[i].first, IDOK) == warnings[i].second);
+        };
+        EXPECT_EQ(run_options(DLG_GLOBAL_DATA, GLOBALDATAPROC, script), 1);
+        EXPECT_TRUE(file_changed && o.dup_warning == 1 && o.mult_field_operator == 4);
+        EXPECT_EQ(c.typed, (std::vector{o.field_compare, o.field_to_inc, o.amount_to_inc, o.mult_field_1,
+                                        o.mult_field_2, o.mult_field_result}));
+    }
+    const auto cancel = [](HWND screen) {
+        set_control_text(screen, IDC_GLOBAL_COMPARE, "99");
+        press_key(VK_ESCAPE);
+    };
+    EXPECT_EQ(run_options(DLG_GLOBAL_DATA, GLOBALDATAPROC, cancel), 0);
+    EXPECT_TRUE(o.field_compare == 0 && !file_changed) << "whatever had been changed before";
+}
+
+TEST(OptionsScreens, BarCodeTypes) {
+    const std::tuple<std::uint16_t, std::vector<int>, std::uint16_t> cases[] = {
+        {0xFFFF, {}, 0xFFF3},
+        {0x8001, {IDC_BAR_ALL, IDC_BAR_UPC_A, IDC_BAR_ALL}, 0xA001},
+        {0x4012, {IDC_BAR_CODE39, IDC_BAR_I2OF5}, 0x0212}};
+    for (const auto& [given, clicks, stored] : cases) {
+        current_barcode_bit_values = given;
+        const auto script = [&](HWND screen) {
+            for (const int box : clicks) // a disabled box refuses them
+                click(screen, box);
+            EXPECT_EQ(IsWindowEnabled(GetDlgItem(screen, IDC_BAR_CODE11)), stored < BARCODE_ALL);
+            close_window(screen);
+        };
+        EXPECT_EQ(run_options(DLG_BAR_TYPES, BARTYPESPROC, script), !clicks.empty());
+        EXPECT_EQ(current_barcode_bit_values, stored);
+    }
+}
+
+} // namespace
