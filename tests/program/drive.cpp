@@ -148,25 +148,24 @@ std::string children(const ARGUMENTS& arguments) {
     return joined(list);
 }
 
-std::string without_mnemonic(std::string caption) {
-    std::erase(caption, '&');
+// A caption by its words alone.
+std::string plain(std::string caption) {
+    std::erase_if(caption, [](char c) { return c == '&' || c == ':'; });
     return caption;
 }
 
-// Looks for labels and buttons by their captions, each behind the one before, among the visible controls. The
-// answer is the last of them and the control that follows it; 0 where there is none.
-std::string find_captions(const ARGUMENTS& arguments) {
-    HWND window = GetWindow(window_of(arguments.at(1)), GW_CHILD);
-    HWND found = nullptr; // by the last caption
-    for (std::size_t next = 2; window != nullptr; window = GetWindow(window, GW_HWNDNEXT)) {
+// The visible label or button with a caption and the two controls behind it; 0 where there is none.
+std::string find_caption(const ARGUMENTS& arguments) {
+    std::vector<HWND> found;
+    for (HWND window = GetWindow(window_of(arguments.at(1)), GW_CHILD); window != nullptr && found.size() < 3;
+         window = GetWindow(window, GW_HWNDNEXT)) {
         if (!IsWindowVisible(window))
             continue;
-        if (next == arguments.size())
-            return "[" + number_of(found) + "," + number_of(window) + "]";
-        if (keeps_caption(window) && without_mnemonic(caption_of(window)) == arguments[next])
-            found = ++next == arguments.size() ? window : nullptr;
+        if (!found.empty() || (keeps_caption(window) && plain(caption_of(window)) == plain(arguments.at(2))))
+            found.push_back(window);
     }
-    return "[" + number_of(found) + ",0]";
+    found.resize(3);
+    return "[" + number_of(found[0]) + "," + number_of(found[1]) + "," + number_of(found[2]) + "]";
 }
 
 std::string describe(const ARGUMENTS& arguments) {
@@ -245,7 +244,7 @@ std::string foreground(const ARGUMENTS&) {
 const std::map<std::string, std::function<std::string(const ARGUMENTS&)>> COMMANDS = {
     {"windows", top_level_windows},
     {"children", children},
-    {"find", find_captions},
+    {"find", find_caption},
     {"describe", describe},
     {"child", child_handle},
     {"set_text", set_text},

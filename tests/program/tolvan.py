@@ -194,10 +194,10 @@ class Window:
         assert handle, f"no control {identifier} in {self.known['text']!r}"
         return Window(desktop.ask("describe", handle))
 
-    def find(self, label):
-        """The visible label or button with this caption, and the control behind it. "A > B" is the first B behind A."""
-        found = desktop.ask("find", self.handle, *label.split(" > "))
-        assert found[0], f"no {label!r} in {self.known['text']!r}"
+    def find(self, caption):
+        """The visible label or button with this caption and the controls behind it, up to two."""
+        found = desktop.ask("find", self.handle, caption)
+        assert found[0], f"no {caption!r} in {self.known['text']!r}"
         return [Window(desktop.ask("describe", handle)) for handle in found if handle]
 
     def button(self, caption):
@@ -225,6 +225,9 @@ class Window:
     def wait_value(self, label, value, limit=LIMIT):
         control = self.after(label)
         wait_for(f"{label} {value}", lambda: control.text() == value, limit)
+
+    def label_text(self):
+        return "".join(child.known["text"] for child in self.children() if child.known["class"] == "Static")
 
     def wait_enabled(self):
         wait_for(f"{self.known['text']!r} to take input", self.enabled)
@@ -369,10 +372,10 @@ class Program:
     def answer(self, caption, button=IDOK, limit=LIMIT):
         """Presses a button of a message box and returns the box's text."""
         box = self.window(caption, limit)
-        texts = [child.known["text"] for child in box.children() if child.known["class"] == "Static"]
+        text = box.label_text()
         box.command(button)
         box.wait_gone()
-        return "".join(texts)
+        return text
 
     def choose_file(self, title, path):
         """Answers a file dialog; `path` None cancels it."""
