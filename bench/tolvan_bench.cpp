@@ -1,9 +1,11 @@
-// What must be fast: the checksum, opening a full program, and verifying a large file behind its progress
-// box. The bar for the checksum is four times the speed of the loop over its bits; it is measured in the same
-// run, and the ratios are printed behind the table.
+// What must be fast: the checksum, opening a full program and showing its fields, and verifying a large file
+// behind its progress box. The bar for the checksum is four times the speed of the loop over its bits; it is
+// measured in the same run, and the ratios are printed behind the table.
 #include "app/checksum.h"
 #include "app/files.h"
 #include "program/Prog.h"
+#include "program/Prog_display.h"
+#include "program/Prog_fields.h"
 #include "program/Prog_file.h"
 
 #include <benchmark/benchmark.h>
@@ -65,6 +67,8 @@ struct SPEEDS {
     double by_bits = 0;
     double reading = 0;
     double crc = 0;
+    double copy_fields = 0;
+    double show_fields = 0;
     double crc_large = 0;
     double verify_large = 0;
 };
@@ -93,8 +97,8 @@ BENCHMARK_CAPTURE(measure_bytes, bits, crc_by_bits, &speeds.by_bits)->Name("crc/
 BENCHMARK_CAPTURE(measure_bytes, reading, sum_by_words, &speeds.reading)->Name("crc/reading_only");
 BENCHMARK_CAPTURE(measure_bytes, blocks, crc_by_blocks, &speeds.crc)->Name("crc/crc_block");
 
-void open_full_program(benchmark::State& state) {
-    const std::string name = temporary_path("tolvan_bench.pgt");
+// As many fields as a program may hold, with long texts.
+void fill_program() {
     init_programming();
     for (std::size_t number = 0; number < MAX_FIELDS; ++number) {
         auto& field = program_header.fields.emplace_back();
@@ -103,6 +107,11 @@ void open_full_program(benchmark::State& state) {
         field.default_data_handle = std::string(250, 'D');
         field.lookup_filename_handle = "TA," + std::string(200, 'L');
     }
+}
+
+void open_full_program(benchmark::State& state) {
+    const std::string name = temporary_path("tolvan_bench.pgt");
+    fill_program();
     if (save_program_file(name) != 1)
         std::abort();
     for (auto _ : state) {
@@ -114,6 +123,32 @@ void open_full_program(benchmark::State& state) {
     std::filesystem::remove(name);
 }
 BENCHMARK(open_full_program)->Name("open/250_fields")->Unit(benchmark::kMicrosecond);
+
+// What touching every field costs at the least.
+void copy_fields(benchmark::State& state) {
+    fill_program();
+    measure(state, MAX_FIELDS * sizeof(FIELD_DEFINITION), &speeds.copy_fields, [] {
+        const auto fields = program_header.fields;
+        benchmark::DoNotOptimize(&fields.back());
+    });
+}
+BENCHMARK(copy_fields)->Name("show/250_fields_copied_only")->Unit(benchmark::kMicrosecond);
+
+// What an edit costs: the list is filled again, the options are derived and the last field's screen is drawn.
+void show_fields(benchmark::State& state) {
+    fill_program();
+    for (auto& field : program_header.fields)
+        field.bit_values1 = 0;
+    const auto& fields = program_header.fields;
+    measure(state, MAX_FIELDS * sizeof(FIELD_DEFINITION), &speeds.show_fields, [&] {
+        benchmark::DoNotOptimize(field_list_rows());
+        derive_global_options(true);
+        benchmark::DoNotOptimize(compose_display(fields, std::prev(fields.end()), fields.back()));
+    });
+    if (speeds.copy_fields > 0)
+        state.counters["times_copying"] = speeds.show_fields / speeds.copy_fields;
+}
+BENCHMARK(show_fields)->Name("show/250_fields")->Unit(benchmark::kMicrosecond);
 
 // A file of 64 MiB with its checksum behind it, and the same bytes in memory.
 struct LARGE_FILE {

@@ -156,6 +156,9 @@ TEST_F(ProgramFieldsTest, StoringNotesTheLookup) {
 TEST_F(ProgramFieldsTest, NoSequenceOfOperationsBringsListFlagsAndFileApart) {
     auto& fields = start_with(MAX_FIELDS);
     EXPECT_FALSE(insert_field());
+    start_with(1);
+    field_list_selection = 9; // behind the end row
+    EXPECT_TRUE(insert_field() && field_list_selection == 1);
     int saves = 0;
     for (unsigned seed = 1; seed <= 10000 && !HasFailure(); ++seed) {
         std::minstd_rand random(seed);

@@ -58,12 +58,14 @@ HWND focus() {
     return info.hwndFocus;
 }
 
-// After a failed step: answers every dialog until the screen has ended, so that the test ends too.
+// After a failed step: answers every dialog until the screen has ended, so that the test ends too. What one
+// question takes for stopping, another takes for going on.
 void close_everything() {
-    while (WaitForSingleObject(screen_ended, 20) == WAIT_TIMEOUT)
+    for (WPARAM answer = IDYES; WaitForSingleObject(screen_ended, 20) == WAIT_TIMEOUT;
+         answer = answer == IDYES ? IDNO : IDYES)
         for (HWND window : thread_windows())
-            for (const WPARAM answer : {IDCANCEL, IDNO, IDOK})
-                PostMessageA(window, WM_COMMAND, answer, 0);
+            for (const WPARAM command : {answer, WPARAM{IDCANCEL}, WPARAM{IDOK}})
+                PostMessageA(window, WM_COMMAND, command, 0);
 }
 
 RECT place_in(HWND dialog, HWND control) {
