@@ -15,6 +15,7 @@ namespace {
 constexpr UINT ANSWER_LIMIT = 15000; // milliseconds
 constexpr int TEXT_LIMIT = 65536;    // bytes
 constexpr int CLASS_LIMIT = 256;     // bytes
+constexpr int CAPTION_LIMIT = 1024;  // bytes
 
 using ARGUMENTS = std::vector<std::string>;
 
@@ -88,11 +89,16 @@ std::string class_of(HWND window) {
     return name;
 }
 
-// A top-level window's caption, without asking a program that may be busy.
+// What the system keeps of a text, without asking a program that may be busy or about to close the window.
 std::string caption_of(HWND window) {
-    char caption[CLASS_LIMIT] = "";
-    GetWindowTextA(window, caption, CLASS_LIMIT);
+    char caption[CAPTION_LIMIT] = "";
+    GetWindowTextA(window, caption, CAPTION_LIMIT);
     return caption;
+}
+
+bool keeps_caption(HWND window) {
+    const std::string name = class_of(window);
+    return name == "Static" || name == "Button";
 }
 
 std::string description(HWND window, const std::string& text) {
@@ -118,7 +124,8 @@ BOOL CALLBACK add_top_level(HWND window, LPARAM list) {
 }
 
 BOOL CALLBACK add_child(HWND window, LPARAM list) {
-    reinterpret_cast<std::vector<std::string>*>(list)->push_back(description(window, text_of(window)));
+    reinterpret_cast<std::vector<std::string>*>(list)->push_back(
+        description(window, keeps_caption(window) ? caption_of(window) : text_of(window)));
     return TRUE;
 }
 
@@ -139,6 +146,27 @@ std::string children(const ARGUMENTS& arguments) {
     std::vector<std::string> list;
     EnumChildWindows(window_of(arguments.at(1)), add_child, reinterpret_cast<LPARAM>(&list));
     return joined(list);
+}
+
+std::string without_mnemonic(std::string caption) {
+    std::erase(caption, '&');
+    return caption;
+}
+
+// Looks for labels and buttons by their captions, each behind the one before, among the visible controls. The
+// answer is the last of them and the control that follows it; 0 where there is none.
+std::string find_captions(const ARGUMENTS& arguments) {
+    HWND window = GetWindow(window_of(arguments.at(1)), GW_CHILD);
+    HWND found = nullptr; // by the last caption
+    for (std::size_t next = 2; window != nullptr; window = GetWindow(window, GW_HWNDNEXT)) {
+        if (!IsWindowVisible(window))
+            continue;
+        if (next == arguments.size())
+            return "[" + number_of(found) + "," + number_of(window) + "]";
+        if (keeps_caption(window) && without_mnemonic(caption_of(window)) == arguments[next])
+            found = ++next == arguments.size() ? window : nullptr;
+    }
+    return "[" + number_of(found) + ",0]";
 }
 
 std::string describe(const ARGUMENTS& arguments) {
@@ -165,6 +193,24 @@ std::string send(const ARGUMENTS& arguments) {
     return std::to_string(static_cast<LONG_PTR>(ask(
         window_of(arguments.at(1)), static_cast<UINT>(std::stoul(arguments.at(2))),
         static_cast<WPARAM>(std::stoll(arguments.at(3))), static_cast<LPARAM>(std::stoll(arguments.at(4))))));
+}
+
+// Sends without waiting for the answer, so that what the message opens may stay open. Messages sent later are
+// taken later.
+std::string tell(const ARGUMENTS& arguments) {
+    return boolean(SendNotifyMessageA(
+        window_of(arguments.at(1)), static_cast<UINT>(std::stoul(arguments.at(2))),
+        static_cast<WPARAM>(std::stoll(arguments.at(3))), static_cast<LPARAM>(std::stoll(arguments.at(4)))));
+}
+
+// A character may bring up a box, which takes messages too: the WM_NULL is answered behind the last
+// character.
+std::string type(const ARGUMENTS& arguments) {
+    HWND window = window_of(arguments.at(1));
+    for (const char c : arguments.at(2))
+        SendNotifyMessageA(window, WM_CHAR, static_cast<unsigned char>(c), 1);
+    ask(window, WM_NULL, 0, 0);
+    return "null";
 }
 
 // The entries of a list or combo box. Only the wide messages are carried over to another process.
@@ -199,11 +245,14 @@ std::string foreground(const ARGUMENTS&) {
 const std::map<std::string, std::function<std::string(const ARGUMENTS&)>> COMMANDS = {
     {"windows", top_level_windows},
     {"children", children},
+    {"find", find_captions},
     {"describe", describe},
     {"child", child_handle},
     {"set_text", set_text},
     {"post", post},
     {"send", send},
+    {"tell", tell},
+    {"type", type},
     {"entries", entries},
     {"focus", focus},
     {"foreground", foreground},
