@@ -2,6 +2,7 @@
 
 #include "program/Prog.h"
 #include "program/Prog_display.h"
+#include "program/Prog_text.h"
 
 #include <algorithm>
 #include <charconv>
@@ -99,9 +100,10 @@ bool is_row(std::string LOOKUP_FILE::*value) {
     return value == &LOOKUP_FILE::start_row || value == &LOOKUP_FILE::end_row;
 }
 
-// A value as the string holds it: pasted text may bring the marks that end a value.
+// A value as the string holds it: pasted text may bring the marks that end a value, or the start of an escape
+// token that would take the marks behind the value with it.
 std::string value_text(const LOOKUP_FILE& file, std::string LOOKUP_FILE::*value) {
-    std::string text = file.*value;
+    std::string text = normal_escaped_text(file.*value);
     text.resize(std::min(text.find_first_of(VALUE_ENDS), text.size()));
     if (value == &LOOKUP_FILE::name)
         return text;
@@ -172,7 +174,9 @@ std::string lookup_file_text(const LOOKUP_FILE& file) {
 }
 
 void replace_lookup_entry(LOOKUP_TABLE& table, std::size_t index, std::string_view text) {
-    const std::vector<std::string> parts = split(text.substr(0, text.find(MESSAGE_MARK)));
+    const std::string normal =
+        normal_escaped_text(text); // a broken token must not take the next comma with it
+    const std::vector<std::string> parts = split(normal.substr(0, normal.find(MESSAGE_MARK)));
     const auto place = table.entries.erase(table.entries.begin() + static_cast<std::ptrdiff_t>(index));
     table.entries.insert(place, parts.begin(), parts.end());
 }

@@ -8,6 +8,7 @@
 #include "app/settings.h"
 #include "program/Prog_edits.h"
 #include "program/Prog_lcd.h"
+#include "program/Prog_text.h"
 #include "resources/control.h"
 #include "resources/define.h"
 
@@ -178,6 +179,6 @@ bool define_file(std::string& text, HWND owner, PROGRAM_HEADER& program, bool is
                        .changed = is_new};
     if (run_dialog(DLG_LOOKUP_FILE, owner, LOOKUPFILEPROC, reinterpret_cast<LPARAM>(&editor)) != 1)
         return false;
-    text = normal_form(lookup_file_text(editor.file));
+    text = normal_escaped_text(lookup_file_text(editor.file));
     return true;
 }
