@@ -100,10 +100,9 @@ bool is_row(std::string LOOKUP_FILE::*value) {
     return value == &LOOKUP_FILE::start_row || value == &LOOKUP_FILE::end_row;
 }
 
-// A value as the string holds it: pasted text may bring the marks that end a value, or the start of an escape
-// token that would take the marks behind the value with it.
+// A value as the string holds it: pasted text may bring the marks that end a value.
 std::string value_text(const LOOKUP_FILE& file, std::string LOOKUP_FILE::*value) {
-    std::string text = normal_escaped_text(file.*value);
+    std::string text = file.*value;
     text.resize(std::min(text.find_first_of(VALUE_ENDS), text.size()));
     if (value == &LOOKUP_FILE::name)
         return text;

@@ -77,8 +77,8 @@ void open_file_editor(HWND hDlg, const FILE_EDITOR& editor) {
 }
 
 void read_file_editor(HWND hDlg, FILE_EDITOR& editor) {
-    for (const LOOKUP_EDIT& edit : LOOKUP_EDITS)
-        editor.file.*edit.shown.value = control_text(hDlg, edit.control);
+    for (const LOOKUP_EDIT& edit : LOOKUP_EDITS) // a broken token must not take the next comma with it
+        editor.file.*edit.shown.value = normal_escaped_text(control_text(hDlg, edit.control));
     for (const auto& box : LOOKUP_BOXES)
         editor.file.*box.option = is_checked(hDlg, box.control);
     editor.disables_view = is_checked(hDlg, IDC_LOOKUP_NO_VIEW);

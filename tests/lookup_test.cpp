@@ -66,7 +66,7 @@ TEST(LookupTest, MarksInTypedTextBreakNoString) {
     replace_lookup_entry(table, 0, "x/0d/");
     EXPECT_EQ(lookup_table_text(table), "T,x/0D,b,,c,C");
     LOOKUP_FILE file = parse_lookup_file("FD3,");
-    std::tie(file.target_field, file.name, file.end_row) = std::tuple("007", "A/,B", "2?3");
+    std::tie(file.target_field, file.name, file.end_row) = std::tuple("007", "A,B", "2?3");
     EXPECT_EQ(lookup_file_text(file), "FD7,A,1,1,1,1,2");
 }
 
