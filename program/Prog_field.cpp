@@ -528,6 +528,8 @@ void do_command(HWND dialog, int control, int code) {
         const auto found = std::ranges::find(FIELD_CONTROLS, control, &FIELD_CONTROL::id);
         return found != FIELD_CONTROLS.end() && found->filter == CHECKBOXTABPROC;
     };
+    if (code == BN_CLICKED && !IsWindowEnabled(dialog))
+        return; // a box or a dialog is open: this one must outlive it
     switch (code) {
     case EN_CHANGE:
         change_text(dialog, control);
