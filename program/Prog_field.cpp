@@ -392,6 +392,8 @@ void step_number(HWND dialog, int updown, int direction) {
 // --- from field to field ---
 
 void init_fielddefproc(HWND dialog) {
+    if (current_handle()->input_source == SOURCE_LOOKUP_FILE)
+        no_lookup_target = false;
     SetWindowTextA(dialog, ("Field Definition #" + std::to_string(field_list_selection + 1)).c_str());
     fill_controls(dialog, *current_handle());
     apply_type_rules(dialog);
