@@ -25,6 +25,8 @@ namespace {
 
 constexpr char FIELD_CAPTION[] = "Field Definition";
 
+constexpr unsigned HIGHEST_BYTE = 255; // more than a number's member can hold counts as this
+
 bool field_changed; // the operator has edited the field since it was loaded
 
 struct CHECK_BOX {
@@ -158,7 +160,7 @@ FIELD_EDITS read_edits(HWND dialog) {
         set_bits(field.barcode_bit_values, box.mask, is_ticked(dialog, box.control));
     for (const NUMBER_EDIT& number : NUMBER_EDITS) {
         const unsigned typed = edit_number(dialog, number.control);
-        field.*number.member = static_cast<std::uint8_t>(typed);
+        field.*number.member = static_cast<std::uint8_t>(std::min(typed, HIGHEST_BYTE));
         if (number.typed != nullptr)
             edits.*number.typed = typed;
     }

@@ -219,7 +219,7 @@ TEST_F(FIELD_SCREEN, EditsReachThePreviewAndTheField) {
         answer_box("Field Definition", IDYES);
     });
     EXPECT_EQ(field(2).display_pattern_handle, "__/__\x07");
-    EXPECT_EQ(field(2).suffix_delay, 300 % 256);
+    EXPECT_EQ(field(2).suffix_delay, 255);
     EXPECT_EQ(field(2).barcode_bit_values, BARCODE_ALL);
 }
 
