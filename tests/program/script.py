@@ -8,7 +8,7 @@ below. Whatever opens or closes a window is followed by shows(), which finds the
 import fnmatch
 
 from tolvan import (BM_GETCHECK, FILE_NAME_EDIT, IDOK, LB_GETITEMHEIGHT, LB_GETTOPINDEX, LB_SETTOPINDEX, TITLE,
-                    WM_KEYDOWN, Window, desktop, wait_for, windows_path)
+                    WM_KEYDOWN, WM_NULL, Window, desktop, wait_for, windows_path)
 
 VK_TAB, VK_RETURN, VK_INSERT, VK_DELETE = 0x09, 0x0D, 0x2D, 0x2E
 
@@ -43,6 +43,11 @@ def shows(title, text=None):
             shown = program.screen and (program.screen.known["text"], program.screen.label_text())
             raise AssertionError(f"{error}; there is {shown}") from None
     return wait
+
+
+def settled(program):
+    """Waits until the program has done what it is at: a title may change before a file is written."""
+    program.screen.send(WM_NULL)
 
 
 def asks(text, answer, then, title=TITLE):

@@ -3,7 +3,7 @@
 import os
 import struct
 
-from script import VK_DELETE, VK_INSERT, VK_RETURN, VK_TAB, asks, holds, key, row, run, shows, spin, the_list
+from script import VK_DELETE, VK_INSERT, VK_RETURN, VK_TAB, asks, holds, key, row, run, settled, shows, spin, the_list
 from tolvan import ID, IDCANCEL, IDNO, IDOK, IDYES, TITLE, Program, ProgramTest, crc, windows_path
 
 MAIN, WINDOW, UNTITLED = TITLE + " (Default)", "Programming (*)", "Programming (Untitled)"
@@ -61,7 +61,7 @@ def opens(path, then=WINDOW):
 
 
 def saves(path, then):
-    return [ID.CMD_SAVE, shows("Save As"), path, shows(then)]
+    return [ID.CMD_SAVE, shows("Save As"), path, shows(then), settled]
 
 
 START = [shows(MAIN), ID.CMD_PROGRAMMING, shows(UNTITLED)]
