@@ -1,14 +1,14 @@
 # The native side: the benchmarks, or the logic tests against scripted seams.
 if(TOLVAN_BENCH)
     find_package(benchmark REQUIRED)
-    add_executable(tolvan_bench bench/tolvan_bench.cpp bench/bench_desktop.cpp)
+    add_executable(tolvan_bench bench/bench_desktop.cpp bench/files_bench.cpp bench/tolvan_bench.cpp)
     target_link_libraries(tolvan_bench PRIVATE tolvan_logic benchmark::benchmark)
     return()
 endif()
 
 find_package(GTest REQUIRED)
 
-add_library(tolvan_test_seams OBJECT tests/desktop_script.cpp tests/line_script.cpp)
+add_library(tolvan_test_seams OBJECT tests/desktop_script.cpp tests/filegen_script.cpp tests/line_script.cpp)
 target_link_libraries(tolvan_test_seams PUBLIC tolvan_logic)
 
 add_executable(logic_tests
@@ -21,7 +21,11 @@ add_executable(logic_tests
     tests/comm_test.cpp
     tests/comm_transfer_test.cpp
     tests/comm_xmodem_test.cpp
+    tests/filegen_edits_test.cpp
+    tests/filegen_formats_test.cpp
+    tests/filegen_import_test.cpp
     tests/lookup_test.cpp
+    tests/memory_test.cpp
     tests/program_checks_test.cpp
     tests/program_display_test.cpp
     tests/program_fields_test.cpp

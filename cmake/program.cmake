@@ -17,6 +17,8 @@ add_library(tolvan_screens OBJECT
     comm/PCOM_screens.cpp
     comm/PCOM_setup.cpp
     comm/line_win32.cpp
+    files/FILEGEN_dialogs.cpp
+    files/FILEGEN_editor.cpp
     program/LOOKUP_dialogs.cpp
     program/LOOKUP_file_dialog.cpp
     program/LOOKUP_table_dialog.cpp
@@ -32,7 +34,7 @@ target_link_libraries(tolvan_screens PUBLIC tolvan_logic comctl32 comdlg32 gdi32
 set(TOLVAN_RESOURCES resources/TolvanP.rc)
 set_source_files_properties(${TOLVAN_RESOURCES} PROPERTIES
     COMPILE_OPTIONS "-c;65001"
-    OBJECT_DEPENDS "${CMAKE_SOURCE_DIR}/resources/app.rc;${CMAKE_SOURCE_DIR}/resources/comm.rc;${CMAKE_SOURCE_DIR}/resources/program.rc;${CMAKE_SOURCE_DIR}/resources/field.rc;${CMAKE_SOURCE_DIR}/resources/options.rc;${CMAKE_SOURCE_DIR}/resources/lookup.rc;${CMAKE_SOURCE_DIR}/resources/define.h;${CMAKE_SOURCE_DIR}/resources/control.h;${CMAKE_SOURCE_DIR}/resources/toolbar.bmp;${CMAKE_SOURCE_DIR}/resources/programming_toolbar.bmp;${CMAKE_SOURCE_DIR}/resources/TolvanP.ico;${CMAKE_SOURCE_DIR}/resources/TolvanP.manifest")
+    OBJECT_DEPENDS "${CMAKE_SOURCE_DIR}/resources/app.rc;${CMAKE_SOURCE_DIR}/resources/comm.rc;${CMAKE_SOURCE_DIR}/resources/files.rc;${CMAKE_SOURCE_DIR}/resources/program.rc;${CMAKE_SOURCE_DIR}/resources/field.rc;${CMAKE_SOURCE_DIR}/resources/options.rc;${CMAKE_SOURCE_DIR}/resources/lookup.rc;${CMAKE_SOURCE_DIR}/resources/define.h;${CMAKE_SOURCE_DIR}/resources/control.h;${CMAKE_SOURCE_DIR}/resources/toolbar.bmp;${CMAKE_SOURCE_DIR}/resources/programming_toolbar.bmp;${CMAKE_SOURCE_DIR}/resources/TolvanP.ico;${CMAKE_SOURCE_DIR}/resources/TolvanP.manifest")
 
 add_executable(TolvanP WIN32 app/main.cpp ${TOLVAN_RESOURCES})
 target_include_directories(TolvanP PRIVATE ${CMAKE_SOURCE_DIR})
@@ -51,6 +53,7 @@ if(EXISTS ${GOOGLETEST_SOURCE}/CMakeLists.txt)
         tests/screens/comm_screens_test.cpp
         tests/screens/drive_dialog.cpp
         tests/screens/field_screen_test.cpp
+        tests/screens/filegen_screens_test.cpp
         tests/screens/lookup_screens_test.cpp
         tests/screens/options_screens_test.cpp
         tests/screens/program_screen_test.cpp

@@ -1,0 +1,1 @@
+// Benchmarks of the record store and of lookup and data files.
