@@ -35,7 +35,7 @@ void open_control(HWND dialog, const CHOICE_LIST& row, const SETUP_RECORD& recor
 }
 
 void open_control(HWND dialog, const RADIO_GROUP& row, const SETUP_RECORD& record) {
-    // Otherwise a button that takes the focus by the tab key, or by the opening of the dialog, ticks itself.
+    // Otherwise a button clicks itself when it takes the focus by the tab key, or as the dialog opens.
     for (int button = row.first; button <= row.last; ++button)
         SendDlgItemMessageA(dialog, button, BM_SETDONTCLICK, TRUE, 0);
     if (row.first + record.*row.item <= row.last)
