@@ -2,6 +2,7 @@
 
 #include "program/Prog.h"
 #include "program/Prog_display.h"
+#include "program/Prog_text.h"
 
 #include <algorithm>
 #include <charconv>
@@ -172,7 +173,9 @@ std::string lookup_file_text(const LOOKUP_FILE& file) {
 }
 
 void replace_lookup_entry(LOOKUP_TABLE& table, std::size_t index, std::string_view text) {
-    const std::vector<std::string> parts = split(text.substr(0, text.find(MESSAGE_MARK)));
+    const std::string normal =
+        normal_escaped_text(text); // a broken token must not take the next comma with it
+    const std::vector<std::string> parts = split(normal.substr(0, normal.find(MESSAGE_MARK)));
     const auto place = table.entries.erase(table.entries.begin() + static_cast<std::ptrdiff_t>(index));
     table.entries.insert(place, parts.begin(), parts.end());
 }

@@ -1,8 +1,7 @@
 // The lookup string: what a field's input is checked against, as one escaped text.
 //
 //   table:  T [A] [P] , entry , entry ... [,?message]
-//   file:   F [D target [S]] [A] [P] [O] , name , fields , compare , display , start row , end row
-//   [,?message]
+//   file:   F [D target [S]] [A] [P] [O] , name , fields , compare , display , start , end [,?message]
 //
 // The letters up to the first comma are read in either case, and letters without a meaning are skipped.
 #pragma once

@@ -22,9 +22,6 @@ void update_error_display(HWND hDlg, bool is_table);
 // True for a notification that tells of the operator's change: a box clicked or a text typed.
 bool is_edit(WPARAM notification);
 
-// The escaped text with its tokens as they are written.
-std::string normal_form(const std::string& escaped);
-
 // The controls that both dialogs have.
 void fill_shared_controls(HWND hDlg, const LOOKUP_OPTIONS& lookup, bool is_table);
 void read_shared_controls(HWND hDlg, LOOKUP_OPTIONS& lookup);

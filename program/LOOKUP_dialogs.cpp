@@ -4,7 +4,6 @@
 #include "program/LOOKUP_definitions.h"
 #include "program/Prog_edits.h"
 #include "program/Prog_lcd.h"
-#include "program/Prog_text.h"
 #include "resources/control.h"
 #include "resources/define.h"
 
@@ -38,10 +37,6 @@ void read_shared_controls(HWND hDlg, LOOKUP_OPTIONS& lookup) {
 
 bool is_edit(WPARAM notification) {
     return HIWORD(notification) == BN_CLICKED || (HIWORD(notification) == EN_CHANGE && !is_own_change());
-}
-
-std::string normal_form(const std::string& escaped) {
-    return translate_hex_to_string(translate_string_to_hex(escaped));
 }
 
 namespace {

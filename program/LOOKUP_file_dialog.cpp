@@ -8,6 +8,7 @@
 #include "app/settings.h"
 #include "program/Prog_edits.h"
 #include "program/Prog_lcd.h"
+#include "program/Prog_text.h"
 #include "resources/control.h"
 #include "resources/define.h"
 
@@ -76,8 +77,8 @@ void open_file_editor(HWND hDlg, const FILE_EDITOR& editor) {
 }
 
 void read_file_editor(HWND hDlg, FILE_EDITOR& editor) {
-    for (const LOOKUP_EDIT& edit : LOOKUP_EDITS)
-        editor.file.*edit.shown.value = control_text(hDlg, edit.control);
+    for (const LOOKUP_EDIT& edit : LOOKUP_EDITS) // a broken token must not take the next comma with it
+        editor.file.*edit.shown.value = normal_escaped_text(control_text(hDlg, edit.control));
     for (const auto& box : LOOKUP_BOXES)
         editor.file.*box.option = is_checked(hDlg, box.control);
     editor.disables_view = is_checked(hDlg, IDC_LOOKUP_NO_VIEW);
@@ -178,6 +179,6 @@ bool define_file(std::string& text, HWND owner, PROGRAM_HEADER& program, bool is
                        .changed = is_new};
     if (run_dialog(DLG_LOOKUP_FILE, owner, LOOKUPFILEPROC, reinterpret_cast<LPARAM>(&editor)) != 1)
         return false;
-    text = normal_form(lookup_file_text(editor.file));
+    text = normal_escaped_text(lookup_file_text(editor.file));
     return true;
 }

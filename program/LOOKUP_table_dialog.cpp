@@ -5,6 +5,7 @@
 #include "app/dialogs.h"
 #include "program/Prog_edits.h"
 #include "program/Prog_lcd.h"
+#include "program/Prog_text.h"
 #include "resources/control.h"
 #include "resources/define.h"
 
@@ -383,6 +384,6 @@ bool define_table(std::string& text, HWND owner, bool is_new) {
     TABLE_EDITOR editor{.table = parse_lookup_table(text), .changed = is_new};
     if (run_dialog(DLG_LOOKUP_TABLE, owner, LOOKUPTABLEPROC, reinterpret_cast<LPARAM>(&editor)) != 1)
         return false;
-    text = normal_form(lookup_table_text(editor.table));
+    text = normal_escaped_text(lookup_table_text(editor.table));
     return true;
 }

@@ -173,7 +173,7 @@ void normalise_edit(HWND dialog, int control) {
     if (picker_open)
         return;
     const std::string text = control_text(dialog, control);
-    const std::string normal = translate_hex_to_string(translate_string_to_hex(text));
+    const std::string normal = normal_escaped_text(text);
     if (normal != text)
         set_own_text(dialog, control, normal);
 }

@@ -25,6 +25,8 @@ namespace {
 
 constexpr char FIELD_CAPTION[] = "Field Definition";
 
+constexpr unsigned HIGHEST_BYTE = 255; // more than a number's member can hold counts as this
+
 bool field_changed; // the operator has edited the field since it was loaded
 
 struct CHECK_BOX {
@@ -158,7 +160,7 @@ FIELD_EDITS read_edits(HWND dialog) {
         set_bits(field.barcode_bit_values, box.mask, is_ticked(dialog, box.control));
     for (const NUMBER_EDIT& number : NUMBER_EDITS) {
         const unsigned typed = edit_number(dialog, number.control);
-        field.*number.member = static_cast<std::uint8_t>(typed);
+        field.*number.member = static_cast<std::uint8_t>(std::min(typed, HIGHEST_BYTE));
         if (number.typed != nullptr)
             edits.*number.typed = typed;
     }
@@ -392,6 +394,8 @@ void step_number(HWND dialog, int updown, int direction) {
 // --- from field to field ---
 
 void init_fielddefproc(HWND dialog) {
+    if (current_handle()->input_source == SOURCE_LOOKUP_FILE)
+        no_lookup_target = false;
     SetWindowTextA(dialog, ("Field Definition #" + std::to_string(field_list_selection + 1)).c_str());
     fill_controls(dialog, *current_handle());
     apply_type_rules(dialog);
@@ -528,6 +532,8 @@ void do_command(HWND dialog, int control, int code) {
         const auto found = std::ranges::find(FIELD_CONTROLS, control, &FIELD_CONTROL::id);
         return found != FIELD_CONTROLS.end() && found->filter == CHECKBOXTABPROC;
     };
+    if (code == BN_CLICKED && !IsWindowEnabled(dialog))
+        return; // a box or a dialog is open: this one must outlive it
     switch (code) {
     case EN_CHANGE:
         change_text(dialog, control);

@@ -76,6 +76,10 @@ std::string translate_string_to_hex(std::string_view escaped) {
     return stored;
 }
 
+std::string normal_escaped_text(std::string_view escaped) {
+    return translate_hex_to_string(translate_string_to_hex(escaped));
+}
+
 std::string convert_ampersands_and_nonascii(std::string_view stored) {
     std::string shown;
     shown.reserve(stored.size());

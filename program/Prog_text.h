@@ -14,6 +14,9 @@ std::string translate_hex_to_string(std::string_view stored);
 // Escaped text to stored text. A malformed token is dropped with the two characters behind its slash.
 std::string translate_string_to_hex(std::string_view escaped);
 
+// Escaped text in its normal form: upper-case digits, no malformed tokens. What it stores stays the same.
+std::string normal_escaped_text(std::string_view escaped);
+
 // Stored text to the text of a static control: '&' doubled, every byte that cannot be shown as 0x7F.
 std::string convert_ampersands_and_nonascii(std::string_view stored);
 

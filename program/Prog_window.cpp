@@ -30,8 +30,8 @@ constexpr WPARAM DELAY_LIMIT = 2;
 // Of the field list, in dialog units. In most fonts an input source reaches past the seventh; the eighth
 // keeps the output formats behind such sources below each other.
 constexpr int TAB_STOPS[] = {26, 60, 96, 228, 244, 262, 296, 310};
-constexpr LPARAM KEY_DONE = -2; // answers to WM_VKEYTOITEM
-constexpr LPARAM KEY_LEFT_TO_LIST = -1;
+constexpr INT_PTR KEY_DONE = -2; // answers to WM_VKEYTOITEM
+constexpr INT_PTR KEY_LEFT_TO_LIST = -1;
 
 constexpr char UNTITLED[] = "Untitled";
 constexpr char PROGRAM_EXTENSION[] = ".pgt";

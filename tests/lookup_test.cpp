@@ -63,6 +63,8 @@ TEST(LookupTest, MarksInTypedTextBreakNoString) {
     LOOKUP_TABLE table = parse_lookup_table("T,A,B,C");
     replace_lookup_entry(table, 1, "b,,c?d,e");
     EXPECT_EQ(lookup_table_text(table), "T,A,b,,c,C");
+    replace_lookup_entry(table, 0, "x/0d/");
+    EXPECT_EQ(lookup_table_text(table), "T,x/0D,b,,c,C");
     LOOKUP_FILE file = parse_lookup_file("FD3,");
     std::tie(file.target_field, file.name, file.end_row) = std::tuple("007", "A,B", "2?3");
     EXPECT_EQ(lookup_file_text(file), "FD7,A,1,1,1,1,2");

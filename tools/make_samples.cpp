@@ -50,7 +50,7 @@ void add_header_fields() {
 }
 
 void add_record_fields() {
-    auto& stamp = add_field(INPUT_STAMP, INPUT_TRANSMIT, {0, 0, 0, 0}, "Y-M-D H:I");
+    auto& stamp = add_field(INPUT_STAMP, INPUT_TRANSMIT, {0, 0, 0, 19}, "Y-M-D H:I");
     stamp.input_mask_handle = "AAAAIAAIAAIAAIAA";
     stamp.display_pattern_handle = "____-__-__ __:__";
     stamp.prefix_text_handle = "\xA1,\xA2,"; // the two header inputs

@@ -15,6 +15,7 @@ namespace {
 constexpr UINT ANSWER_LIMIT = 15000; // milliseconds
 constexpr int TEXT_LIMIT = 65536;    // bytes
 constexpr int CLASS_LIMIT = 256;     // bytes
+constexpr int CAPTION_LIMIT = 1024;  // bytes
 
 using ARGUMENTS = std::vector<std::string>;
 
@@ -88,11 +89,16 @@ std::string class_of(HWND window) {
     return name;
 }
 
-// A top-level window's caption, without asking a program that may be busy.
+// What the system keeps of a text, without asking a program that may be busy or about to close the window.
 std::string caption_of(HWND window) {
-    char caption[CLASS_LIMIT] = "";
-    GetWindowTextA(window, caption, CLASS_LIMIT);
+    char caption[CAPTION_LIMIT] = "";
+    GetWindowTextA(window, caption, CAPTION_LIMIT);
     return caption;
+}
+
+bool keeps_caption(HWND window) {
+    const std::string name = class_of(window);
+    return name == "Static" || name == "Button";
 }
 
 std::string description(HWND window, const std::string& text) {
@@ -118,7 +124,8 @@ BOOL CALLBACK add_top_level(HWND window, LPARAM list) {
 }
 
 BOOL CALLBACK add_child(HWND window, LPARAM list) {
-    reinterpret_cast<std::vector<std::string>*>(list)->push_back(description(window, text_of(window)));
+    reinterpret_cast<std::vector<std::string>*>(list)->push_back(
+        description(window, keeps_caption(window) ? caption_of(window) : text_of(window)));
     return TRUE;
 }
 
@@ -139,6 +146,26 @@ std::string children(const ARGUMENTS& arguments) {
     std::vector<std::string> list;
     EnumChildWindows(window_of(arguments.at(1)), add_child, reinterpret_cast<LPARAM>(&list));
     return joined(list);
+}
+
+// A caption by its words alone.
+std::string plain(std::string caption) {
+    std::erase_if(caption, [](char c) { return c == '&' || c == ':'; });
+    return caption;
+}
+
+// The visible label or button with a caption and the two controls behind it; 0 where there is none.
+std::string find_caption(const ARGUMENTS& arguments) {
+    std::vector<HWND> found;
+    for (HWND window = GetWindow(window_of(arguments.at(1)), GW_CHILD); window != nullptr && found.size() < 3;
+         window = GetWindow(window, GW_HWNDNEXT)) {
+        if (!IsWindowVisible(window))
+            continue;
+        if (!found.empty() || (keeps_caption(window) && plain(caption_of(window)) == plain(arguments.at(2))))
+            found.push_back(window);
+    }
+    found.resize(3);
+    return "[" + number_of(found[0]) + "," + number_of(found[1]) + "," + number_of(found[2]) + "]";
 }
 
 std::string describe(const ARGUMENTS& arguments) {
@@ -165,6 +192,24 @@ std::string send(const ARGUMENTS& arguments) {
     return std::to_string(static_cast<LONG_PTR>(ask(
         window_of(arguments.at(1)), static_cast<UINT>(std::stoul(arguments.at(2))),
         static_cast<WPARAM>(std::stoll(arguments.at(3))), static_cast<LPARAM>(std::stoll(arguments.at(4))))));
+}
+
+// Sends without waiting for the answer, so that what the message opens may stay open. Messages sent later are
+// taken later.
+std::string tell(const ARGUMENTS& arguments) {
+    return boolean(SendNotifyMessageA(
+        window_of(arguments.at(1)), static_cast<UINT>(std::stoul(arguments.at(2))),
+        static_cast<WPARAM>(std::stoll(arguments.at(3))), static_cast<LPARAM>(std::stoll(arguments.at(4)))));
+}
+
+// A character may bring up a box, which takes messages too: the WM_NULL is answered behind the last
+// character.
+std::string type(const ARGUMENTS& arguments) {
+    HWND window = window_of(arguments.at(1));
+    for (const char c : arguments.at(2))
+        SendNotifyMessageA(window, WM_CHAR, static_cast<unsigned char>(c), 1);
+    ask(window, WM_NULL, 0, 0);
+    return "null";
 }
 
 // The entries of a list or combo box. Only the wide messages are carried over to another process.
@@ -199,11 +244,14 @@ std::string foreground(const ARGUMENTS&) {
 const std::map<std::string, std::function<std::string(const ARGUMENTS&)>> COMMANDS = {
     {"windows", top_level_windows},
     {"children", children},
+    {"find", find_caption},
     {"describe", describe},
     {"child", child_handle},
     {"set_text", set_text},
     {"post", post},
     {"send", send},
+    {"tell", tell},
+    {"type", type},
     {"entries", entries},
     {"focus", focus},
     {"foreground", foreground},

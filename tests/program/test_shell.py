@@ -1,7 +1,7 @@
 """The main window: setup files, settings that last, one instance, and commands."""
 
 from tolvan import (ID, IDNO, IDOK, IDYES, LIMIT, PROGRAM, SC_MINIMIZE, TITLE, WM_SYSCOMMAND, Program, ProgramTest,
-                    desktop, read_settings, start_wine, wait_for, windows_path)
+                    crc, desktop, read_settings, start_wine, wait_for, windows_path)
 
 DIRECTORY_KEYS = ["P_DIRECT", "D_DIRECT", "L_DIRECT", "S_DIRECT", "R_DIRECT", "U_DIRECT", "C_DIRECT", "M_DIRECT"]
 
@@ -14,16 +14,6 @@ RESET_ITEMS = [
     1, 50, 2, 2, 2, 0,  # beep, contrast, flow control, triggers, read verify
 ]
 RESET_TEXTS = b"\0" b"\0" b"\0" b"AT&F&C1\0" b"\0" b"\0"
-
-
-def crc(data):
-    """Bit by bit: polynomial 0x1021, starting at 0."""
-    value = 0
-    for byte in data:
-        value ^= byte << 8
-        for _ in range(8):
-            value = (value << 1 ^ (0x1021 if value & 0x8000 else 0)) & 0xFFFF
-    return value.to_bytes(2, "big")
 
 
 def setup_file(items):

@@ -42,8 +42,9 @@ LIMIT = 20  # seconds; what takes longer by its nature says so
 POLL = 0.02  # seconds
 
 WM_CLOSE, WM_KEYDOWN, WM_KEYUP, WM_CHAR, WM_COMMAND, WM_SYSCOMMAND = 0x10, 0x100, 0x101, 0x102, 0x111, 0x112
-WM_LBUTTONDOWN, WM_LBUTTONUP = 0x201, 0x202
+WM_LBUTTONDOWN, WM_LBUTTONUP, WM_CONTEXTMENU, WM_NEXTDLGCTL = 0x201, 0x202, 0x7B, 0x28
 CB_GETCURSEL, CB_SETCURSEL, BM_CLICK, SC_MINIMIZE = 0x147, 0x14E, 0xF5, 0xF020
+BM_GETCHECK, LB_GETTOPINDEX, LB_SETTOPINDEX, LB_GETITEMHEIGHT = 0xF0, 0x18E, 0x197, 0x1A1
 IDOK, IDCANCEL, IDYES, IDNO = 1, 2, 6, 7
 FILE_NAME_EDIT = 0x47C  # of the file dialogs
 
@@ -72,6 +73,16 @@ def wait_for(what, condition, limit=LIMIT):
         if time.monotonic() > deadline:
             raise AssertionError(f"waited {limit} s in vain for {what}")
         time.sleep(POLL)
+
+
+def crc(data):
+    """Bit by bit: polynomial 0x1021, starting at 0."""
+    value = 0
+    for byte in data:
+        value ^= byte << 8
+        for _ in range(8):
+            value = (value << 1 ^ (0x1021 if value & 0x8000 else 0)) & 0xFFFF
+    return value.to_bytes(2, "big")
 
 
 def windows_path(path):
@@ -142,6 +153,10 @@ class Window:
     def send(self, message, wparam=0, lparam=0):
         return desktop.ask("send", self.handle, message, wparam, lparam)
 
+    def tell(self, message, wparam=0, lparam=0):
+        """As send, but what it opens may stay open; what is sent or asked afterwards comes after it."""
+        desktop.ask("tell", self.handle, message, wparam, lparam)
+
     def command(self, identifier):
         self.post(WM_COMMAND, identifier)
 
@@ -152,6 +167,12 @@ class Window:
         """A click at a point, as the mouse makes it."""
         self.post(WM_LBUTTONDOWN, 1, x | y << 16)
         self.post(WM_LBUTTONUP, 0, x | y << 16)
+
+    def push(self, x=5, y=5):
+        """The same in the order of tell, once there is something to click at."""
+        self.wait_enabled()
+        self.tell(WM_LBUTTONDOWN, 1, x | y << 16)
+        self.tell(WM_LBUTTONUP, 0, x | y << 16)
 
     def set_text(self, text):
         desktop.ask("set_text", self.handle, text)
@@ -173,22 +194,30 @@ class Window:
         assert handle, f"no control {identifier} in {self.known['text']!r}"
         return Window(desktop.ask("describe", handle))
 
+    def find(self, caption):
+        """The visible label or button with this caption and the controls behind it, up to two."""
+        found = desktop.ask("find", self.handle, caption)
+        assert found[0], f"no {caption!r} in {self.known['text']!r}"
+        return [Window(desktop.ask("describe", handle)) for handle in found if handle]
+
     def button(self, caption):
-        for child in self.children():
-            if child.known["class"] == "Button" and child.known["text"].replace("&", "") == caption:
-                return child
-        raise AssertionError(f"no button {caption!r} in {self.known['text']!r}")
+        return self.find(caption)[0]
 
     def click(self, caption):
         self.button(caption).press()
 
     def after(self, label):
-        """The control that follows a visible label."""
-        children = [child for child in self.children() if child.known["visible"]]
-        for child, following in zip(children, children[1:]):
-            if child.known["class"] == "Static" and child.known["text"].replace("&", "") == label:
-                return following
-        raise AssertionError(f"no label {label!r} in {self.known['text']!r}")
+        return self.find(label)[1]
+
+    def type(self, label, text):
+        """Goes to a control as the tab key does, which selects an edit's text, and types."""
+        control = self.after(label)
+        control.wait_enabled()
+        self.send(WM_NEXTDLGCTL, control.handle, 1)
+        control.type_here(text)
+
+    def type_here(self, text):
+        desktop.ask("type", self.handle, text or "\b")
 
     def value(self, label):
         return self.after(label).known["text"]
@@ -196,6 +225,12 @@ class Window:
     def wait_value(self, label, value, limit=LIMIT):
         control = self.after(label)
         wait_for(f"{label} {value}", lambda: control.text() == value, limit)
+
+    def label_text(self):
+        return "".join(child.known["text"] for child in self.children() if child.known["class"] == "Static")
+
+    def wait_enabled(self):
+        wait_for(f"{self.known['text']!r} to take input", self.enabled)
 
     def wait_gone(self, limit=LIMIT):
         wait_for(f"the end of {self.known['text']!r}", lambda: not self.alive(), limit)
@@ -329,13 +364,18 @@ class Program:
     def command(self, identifier):
         self.main.command(identifier)
 
+    def front(self):
+        """The one window that takes input now, if there is one."""
+        return next((window for window in self.own_windows()
+                     if window.known["class"] in (DIALOG_CLASS, TITLE) and window.known["enabled"]), None)
+
     def answer(self, caption, button=IDOK, limit=LIMIT):
         """Presses a button of a message box and returns the box's text."""
         box = self.window(caption, limit)
-        texts = [child.known["text"] for child in box.children() if child.known["class"] == "Static"]
+        text = box.label_text()
         box.command(button)
         box.wait_gone()
-        return "".join(texts)
+        return text
 
     def choose_file(self, title, path):
         """Answers a file dialog; `path` None cancels it."""

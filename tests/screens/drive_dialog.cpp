@@ -58,14 +58,14 @@ HWND focus() {
     return info.hwndFocus;
 }
 
-// After a failed step: answers every dialog until the screen has ended, so that the test ends too. What one
-// question takes for stopping, another takes for going on.
+// After a failed step: answers what is open until the screen has ended, so that the test ends too. An answer
+// that one question takes for going on, another takes for leaving: all have their turn.
 void close_everything() {
-    for (WPARAM answer = IDYES; WaitForSingleObject(screen_ended, 20) == WAIT_TIMEOUT;
-         answer = answer == IDYES ? IDNO : IDYES)
+    constexpr WPARAM ANSWERS[] = {IDCANCEL, IDNO, IDOK, IDYES};
+    for (std::size_t turn = 0; WaitForSingleObject(screen_ended, 20) == WAIT_TIMEOUT; ++turn)
         for (HWND window : thread_windows())
-            for (const WPARAM command : {answer, WPARAM{IDCANCEL}, WPARAM{IDOK}})
-                PostMessageA(window, WM_COMMAND, command, 0);
+            if (IsWindowEnabled(window))
+                PostMessageA(window, WM_COMMAND, ANSWERS[turn % std::size(ANSWERS)], 0);
 }
 
 RECT place_in(HWND dialog, HWND control) {

@@ -1,1 +1,257 @@
+// The field editor: what it enables, asks, shows and stores.
+#include "app/dialogs.h"
+#include "program/Prog_fields.h"
+#include "program/Prog_screens.h"
+#include "resources/control.h"
+#include "resources/define.h"
+#include "tests/screens/drive_dialog.h"
+
+#include <commctrl.h>
 #include <gtest/gtest.h>
+
+#include <cstddef>
+
+namespace {
+
+constexpr char CANCEL_QUESTION[] = "? Cancel Current Definition Changes?";
+
+// The prompt's caption, the disabled controls by caption or label ('+' for arrows), then the ticked boxes.
+std::string state(HWND screen) {
+    std::string off, ticked;
+    for (HWND child = GetWindow(screen, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+        const bool is_button = (SendMessageA(child, WM_GETDLGCODE, 0, 0) & DLGC_BUTTON) != 0;
+        const std::string label = window_text(is_button ? child : GetWindow(child, GW_HWNDPREV));
+        if (!IsWindowEnabled(child)) // arrows stand behind their edit
+            off += (GetWindowLongA(child, GWL_STYLE) & WS_TABSTOP) != 0 ? '|' + label : "+";
+        if (SendMessageA(child, BM_GETCHECK, 0, 0) == BST_CHECKED)
+            ticked += '|' + label;
+    }
+    return control_text(screen, IDC_FIELD_PROMPT_LABEL) + off + " -" + ticked;
+}
+
+FIELD_DEFINITION& field(int number) {
+    return *std::next(program_header.fields.begin(), number - 1);
+}
+
+// Opens the editor on a field, given by its number, under a script that is given its window. Cancels it in
+// the end, when it is still there: after edits that it knows of it asks.
+INT_PTR run_field(int number, bool edits, const std::function<void(HWND)>& script) {
+    field_list_selection = number - 1;
+    INT_PTR result = -1;
+    const auto script_and_cancel = [&] {
+        HWND screen = wait_for_window("Field Definition #" + std::to_string(number));
+        script(screen);
+        settle();
+        if (!IsWindow(screen))
+            return;
+        close_window(screen);
+        if (edits) {
+            EXPECT_EQ(answer_box("Field Definition", IDYES), CANCEL_QUESTION);
+        }
+    };
+    drive([&] { result = run_dialog(DLG_FIELD, nullptr, FIELDDEFPROC); }, script_and_cancel);
+    return result;
+}
+
+// Three fields with the prompts A, B and C; the first is a header.
+struct FIELD_SCREEN : testing::Test {
+    void SetUp() override {
+        init_programming();
+        for (field_list_selection = 0; field_list_selection < 3; ++field_list_selection) {
+            insert_field();
+            current_handle()->prompt_string_handle = "ABC"[field_list_selection];
+            current_handle()->bit_values1 = FIELD_ALWAYS_SET | NO_DUPLICATES;
+            current_handle()->barcode_bit_values = 0;
+        }
+        field(1).bit_values1 |= HEADER_INPUT;
+        new_field = file_changed = false;
+    }
+};
+
+TEST_F(FIELD_SCREEN, TypeAndSourceDisableControls) {
+    const std::string data = "Prompt Text:", size = "|Input Max:+|Input Min:+", header = "|Header Input";
+    const std::string place = "|Start Row:+|Start Col:+|Input Max:+|End Row:+|End Col:+|Input Min:+";
+    const std::string upper = "|Shift Input to Upper Case|Allow Duplicate Inputs", sum = "|Allow Calculation";
+    const std::string input = "|Require Input|Auto Advance" + upper, send = "|Enable Input Transmit";
+    const std::string bar_code = "|Bar Code Append|Bar Code Auto Advance|Bar Code Types...";
+    const std::string totals = sum + "|Transmit Total of Field" + bar_code + " -";
+    const std::string texts =
+        "|Input Source:|Output Format:|Display Pattern:|Input Mask:|Default Data:|Lookup File/Tbl:|Define";
+    const std::string ends = "|Prefix:|Delay:|Suffix:|Delay:" + size;
+    const std::string stamp = "Stamp Commands:" + texts + place + input + totals;
+    const std::string exhibit = "Exhibit Text:" + texts + ends + header + input + send + totals;
+    const std::string looked_up = data + header + "|Require Input" + upper + sum + bar_code + " -";
+    const std::string source_ticks = " -|Require Input|Auto Advance|Allow Duplicate Inputs";
+    const struct {
+        char type, source; // as loaded
+        int list, entry;   // then chosen; none when 0
+        std::string state;
+    } cases[] = {
+        {'?', '?', 0, 0, data + " -"},
+        {'N', 'K', 0, 0, data + bar_code + " -"},
+        {'E', 'B', 0, 0, exhibit},
+        {'Y', 'S', 0, 0, data + size + "|Auto Advance -"},
+        {'D', 'L', 0, 0, looked_up},
+        {'E', 'B', IDC_FIELD_TYPE, 1, stamp},
+        {'D', 'L', IDC_FIELD_SOURCE, 0, data + bar_code + source_ticks},
+        {'Y', 'K', IDC_FIELD_SOURCE, 1, data + size + source_ticks},
+        {'Y', 'K', IDC_FIELD_SOURCE, 3, looked_up + "|Auto Advance|Allow Duplicate Inputs"},
+    };
+    for (const auto& c : cases) {
+        field(2).input_type = static_cast<std::uint8_t>(c.type);
+        field(2).input_source = static_cast<std::uint8_t>(c.source);
+        run_field(2, c.list != 0, [&](HWND screen) {
+            if (c.list != 0)
+                choose_entry(screen, c.list, c.entry);
+            EXPECT_EQ(state(screen), c.state) << c.type << c.source << ' ' << c.entry;
+        });
+    }
+}
+
+TEST_F(FIELD_SCREEN, PlaceAndBoxesDisableControls) {
+    const std::string dup = "|Allow Duplicate Inputs", append = "|Bar Code Append";
+    field(2).bit_values1 |= HEADER_INPUT;
+    run_field(1, true, [&](HWND screen) {
+        EXPECT_EQ(state(screen),
+                  "Prompt Text:|Header Input|New Screen" + dup + "|Previous -|Header Input|New Screen");
+        click(screen, IDC_FIELD_NEXT);
+        click(screen, IDC_FIELD_BARCODE_APPEND);
+        SendDlgItemMessageA(screen, IDC_FIELD_TYPE, CB_SETCURSEL, 3, 0);
+        PostMessageA(screen, WM_COMMAND, MAKEWPARAM(IDC_FIELD_TYPE, CBN_SELCHANGE), 0);
+        EXPECT_EQ(answer_box("Field Definition Error", IDOK),
+                  "X Header Input can not be\nof Input Type EXHIBIT.");
+        settle();
+        EXPECT_EQ(state(screen), "Prompt Text:" + dup + "|Bar Code Auto Advance -|Header Input" + append);
+        click(screen, IDC_FIELD_HEADER);
+        click(screen, IDC_FIELD_BARCODE_APPEND);
+        EXPECT_EQ(state(screen), "Prompt Text: -");
+        for (const char* mask : {"D", "A"}) {
+            click(screen, IDC_FIELD_CALCULATION);
+            EXPECT_EQ(control_text(screen, IDC_FIELD_MASK), mask);
+        }
+    });
+    EXPECT_EQ(field(1).bit_values1 & NEW_SCREEN, NEW_SCREEN) << "even without a save";
+    EXPECT_FALSE(file_changed);
+}
+
+TEST_F(FIELD_SCREEN, QuestionsOnLeaving) {
+    const struct {
+        bool is_new, changed;
+        int button, answer;  // to the question; none is asked when 0
+        const char* outcome; // the title's end or the result, the prompts, '*' for a changed program
+    } cases[] = {
+        {false, false, IDC_FIELD_NEXT, 0, "#3 ABC"},
+        {false, false, IDOK, 0, "1 ABC"},
+        {false, true, IDC_FIELD_PREVIOUS, IDYES, "#1 AxC*"},
+        {false, true, IDOK, IDNO, "0 ABC"},
+        {false, true, IDOK, IDYES, "1 AxC*"},
+        {false, true, IDCANCEL, IDNO, "#2 ABC"},
+        {true, false, IDC_FIELD_NEXT, IDNO, "#2 ABC"},
+        {true, true, IDC_FIELD_PREVIOUS, IDNO, "#1 ABC"},
+        {true, true, IDC_FIELD_NEXT, IDYES, "#3 AxBC*"},
+        {true, false, IDCANCEL, IDYES, "0 ABC"},
+    };
+    for (const auto& c : cases) {
+        SetUp();
+        field_list_selection = 1;
+        if (c.is_new)
+            insert_field();
+        const char* question = c.button == IDCANCEL ? CANCEL_QUESTION
+                               : c.is_new           ? "? Save New Field Definition?"
+                                                    : "? Save Changed Field Definition?";
+        std::string outcome;
+        const INT_PTR result = run_field(2, c.button == IDCANCEL, [&](HWND screen) {
+            if (c.changed)
+                set_control_text(screen, IDC_FIELD_PROMPT, "x");
+            click(screen, c.button);
+            if (c.answer != 0) {
+                EXPECT_EQ(answer_box("Field Definition", c.answer), question) << c.outcome;
+            }
+            settle();
+            outcome = window_text(screen);
+        });
+        outcome = (outcome.empty() ? std::to_string(result) : outcome.substr(outcome.find('#'))) + ' ';
+        for (const auto& each : program_header.fields)
+            outcome += each.prompt_string_handle;
+        EXPECT_EQ(outcome + (file_changed ? "*" : ""), c.outcome);
+    }
+}
+
+TEST_F(FIELD_SCREEN, EditsReachThePreviewAndTheField) {
+    const std::string blank(16, '\x7F');
+    field(2).prompt_string_handle = "A&B";
+    field(2).start_row = field(2).end_row = 3;
+    run_field(2, false, [&](HWND screen) {
+        EXPECT_EQ(control_text(screen, IDC_FIELD_DISPLAY), "C" + blank + "\x7F\x7F\x7F");
+        EXPECT_EQ(control_text(screen, IDC_FIELD_DISPLAY + 3), "A&&B" + blank + "\x7F");
+        const struct {
+            int control, direction;
+            const char *typed, *shown;
+        } steps[] = {{IDC_FIELD_START_ROW, 1, "3", "0"},
+                     {IDC_FIELD_END_COL, -1, "0", "19"},
+                     {IDC_FIELD_MAX, 1, "250", "0"},
+                     {IDC_FIELD_MIN, -1, "", "250"}};
+        for (const auto& step : steps) {
+            set_control_text(screen, step.control, step.typed);
+            NMUPDOWN notice{
+                {nullptr, static_cast<UINT_PTR>(step.control + 1), UDN_DELTAPOS}, 0, step.direction};
+            SendMessageA(screen, WM_NOTIFY, notice.hdr.idFrom, reinterpret_cast<LPARAM>(&notice));
+            EXPECT_EQ(control_text(screen, step.control), step.shown);
+        }
+        EXPECT_EQ(control_text(screen, IDC_FIELD_HELP), "Minimum\rInput Size");
+        EXPECT_EQ(control_text(screen, IDC_FIELD_DISPLAY), "C&&B" + blank + "\x7F");
+        click(screen, IDOK);
+        answer_box("Field Definition", IDYES);
+        EXPECT_EQ(answer_box("Field Definition", IDOK), "X Max Input Value less than Min Input Value");
+        for (const auto& [control, text] :
+             {std::pair{IDC_FIELD_MAX, "250"}, {IDC_FIELD_MIN, "1"}, {IDC_FIELD_SUFFIX_DELAY, "300"}})
+            set_control_text(screen, control, text);
+        click(screen, IDC_FIELD_DEFINE);
+        press_key(VK_ESCAPE); // of "Lookup Choice"
+        click(screen, IDC_FIELD_BARCODE_TYPES);
+        click(wait_for_window("Bar Code Types"), IDC_BAR_ALL);
+        press_key(VK_ESCAPE);
+        choose_entry(screen, IDC_FIELD_TYPE, 1);
+        set_control_text(screen, IDC_FIELD_PROMPT, "m//D/07");
+        EXPECT_EQ(control_text(screen, IDC_FIELD_MASK), "AAIAAI");
+        EXPECT_EQ(control_text(screen, IDC_FIELD_PATTERN), "__//__/07");
+        click(screen, IDOK);
+        answer_box("Field Definition", IDYES);
+    });
+    EXPECT_EQ(field(2).display_pattern_handle, "__/__\x07");
+    EXPECT_EQ(field(2).suffix_delay, 255);
+    EXPECT_EQ(field(2).barcode_bit_values, BARCODE_ALL);
+}
+
+// The tab key goes round a field that is as odd as a file can hold, and a save leaves what was not edited.
+TEST_F(FIELD_SCREEN, OddFieldsStayAsTheyAre) {
+    FIELD_DEFINITION& odd = field(2);
+    odd.bit_values1 = odd.bit_values2 = odd.data_manip_source = 0xFE;
+    odd.input_type = odd.input_source = odd.output_format = odd.prefix_delay = 0xFE;
+    odd.barcode_bit_values = odd.manip_barcode_bit_values = 0x5FF3;
+    odd.suffix_text_handle = odd.branch_condition_handle = std::string(250, '\xFF');
+    odd.input_mask_handle = "D";
+    odd.lookup_filename_handle = "T,Red";
+    const auto contents = [&odd] { // the numbers, then the texts
+        return std::string(reinterpret_cast<const char*>(&odd),
+                           offsetof(FIELD_DEFINITION, data_manip_source) + 1) +
+               odd.suffix_text_handle + odd.branch_condition_handle + odd.lookup_filename_handle;
+    };
+    const std::string before = contents();
+    run_field(2, false, [&](HWND screen) {
+        EXPECT_EQ(unreached_by_tab(screen), std::vector<int>());
+        for (int stop = 0; stop < 40 || focused_control(screen) != IDC_FIELD_LOOKUP; ++stop) {
+            EXPECT_NE(control_text(screen, IDC_FIELD_HELP), "") << focused_control(screen);
+            EXPECT_EQ(layout_faults(screen), std::vector<std::string>());
+            press_key(VK_TAB);
+        }
+        press_key(VK_END);
+        press_key(VK_RETURN); // does nothing
+        type_text("x/0d");
+        click(screen, IDOK);
+        answer_box("Field Definition", IDYES);
+    });
+    EXPECT_EQ(contents(), before + "X\r");
+}
+
+} // namespace

@@ -12,44 +12,40 @@
 #include <gtest/gtest.h>
 #include <windowsx.h>
 
-#include <fstream>
-
 namespace {
 
+// A command or a key, and what comes of it: the window's state behind it, and a box or file dialog before.
 struct STEP {
-    int command_or_key;  // 0 when the step before led to more
-    std::string caption; // of what comes; of nothing when empty
-    std::string text;    // shown by a box, or given to a file dialog
-    int button;
-    std::string state; // behind it, unless empty
+    int command_or_key = 0; // 0 when the step before led to more
+    std::string state = "";
+    const char* caption = nullptr;
+    std::string text = ""; // shown by the box, or given to the file dialog
+    int button = 0;
 };
 
 // The title, the rows with the one selected, what is enabled, * for changes, and the header's bits.
 std::string state_of(HWND window) {
     settle();
     HWND list = GetDlgItem(window, IDC_FIELD_LIST);
-    const auto enabled = [&](int control) { return IsWindowEnabled(GetDlgItem(window, control)) != FALSE; };
+    const auto mark = [&](int id, char sign) { return IsWindowEnabled(GetDlgItem(window, id)) ? sign : '-'; };
     char state[32];
     std::snprintf(state, sizeof state, " %d:%d %c%c%c%c %02X", ListBox_GetCount(list),
-                  ListBox_GetCurSel(list), enabled(IDC_EDIT_FIELD) ? 'E' : '-',
-                  enabled(IDC_DELETE_FIELD) ? 'D' : '-', enabled(IDC_ALLOW_APPEND) ? 'A' : '-',
-                  file_changed ? '*' : '-', program_header.bit_values);
+                  ListBox_GetCurSel(list), mark(IDC_EDIT_FIELD, 'E'), mark(IDC_DELETE_FIELD, 'D'),
+                  mark(IDC_ALLOW_APPEND, 'A'), file_changed ? '*' : '-', program_header.bit_values);
     return window_text(window).substr(12) + state;
 }
 
-void take_steps(HWND window, const std::vector<STEP>& steps) {
-    for (const STEP& step : steps) {
-        SCOPED_TRACE(std::to_string(step.command_or_key) + ' ' + step.text);
-        if (step.command_or_key >= CMD_PROGRAMMING)
-            choose_command(window, step.command_or_key);
-        else if (step.command_or_key != 0)
-            press_key(step.command_or_key);
-        if (step.caption == "Open" || step.caption == "Save As") {
-            answer_file_dialog(step.caption, step.text);
-        } else {
-            EXPECT_EQ(step.caption.empty() ? "" : answer_box(step.caption, step.button), step.text);
-        }
-        EXPECT_EQ(step.state.empty() ? "" : state_of(window), step.state);
+void take(HWND window, const std::vector<STEP>& steps) {
+    for (const auto& [command_or_key, state, caption, text, button] : steps) {
+        SCOPED_TRACE(std::to_string(command_or_key) + ' ' + text);
+        if (command_or_key >= CMD_PROGRAMMING)
+            choose_command(window, command_or_key);
+        else if (command_or_key != 0)
+            press_key(command_or_key);
+        if (caption != nullptr && button == 0)
+            answer_file_dialog(caption, text);
+        EXPECT_EQ(button == 0 ? text : answer_box(caption, button), text);
+        EXPECT_EQ(state.empty() ? "" : state_of(window), state);
     }
 }
 
@@ -68,7 +64,6 @@ void run_window(std::size_t fields, const std::function<void(HWND)>& script) {
     program_header.fields.resize(fields);
     for (FIELD_DEFINITION& field : program_header.fields)
         init_field(field);
-    program_header.fields.front().prompt_string_handle = std::string(80, 'W');
     command_line_string = path_of("good.pgt");
     ASSERT_EQ(save_program_file(command_line_string), 1);
     command_line_options_flag = 1;
@@ -76,12 +71,8 @@ void run_window(std::size_t fields, const std::function<void(HWND)>& script) {
           [&] { script(wait_for_window("Programming (STOCK)")); });
 }
 
-constexpr const char* TITLE = PROGRAM_TITLE;
-constexpr char FIELD_TITLE[] = "Field Definition";
-constexpr char NEW_FILE[] = "? Create a new program file?";
-constexpr char LONG_NAME[] = "X The Tolvan can only display filenames up to 9 characters.\n"
-                             "Please reenter using a 9 character filename.";
-constexpr char CHANGES[] = "? Save File Changes?";
+constexpr char FIELD[] = "Field Definition";
+constexpr char SAVE[] = "? Save File Changes?";
 constexpr char DELETE_FIRST[] = "? Delete Field Definition #1?";
 
 TEST(ProgrammingWindow, ShowsAFullProgram) {
@@ -89,19 +80,19 @@ TEST(ProgrammingWindow, ShowsAFullProgram) {
         EXPECT_EQ(state_of(window), "(STOCK) 251:0 EDA- 41");
         EXPECT_EQ(layout_faults(window), std::vector<std::string>());
         EXPECT_EQ(unreached_by_tab(window), std::vector<int>());
-        std::string commands;
-        for (int i = 0; i < 4; ++i) {
-            char text[16] = "";
+        std::string commands; // of the menu, in the toolbar's order
+        for (WPARAM i = 0; i < 4; ++i) {
             TBBUTTON button{};
-            SendDlgItemMessageA(window, ID_PROGRAMMING_TOOLBAR, TB_GETBUTTON, static_cast<WPARAM>(i),
+            SendDlgItemMessageA(window, ID_PROGRAMMING_TOOLBAR, TB_GETBUTTON, i,
                                 reinterpret_cast<LPARAM>(&button));
+            char text[16] = "";
             GetMenuStringA(GetMenu(window), static_cast<UINT>(button.idCommand), text, sizeof text,
                            MF_BYCOMMAND);
             commands += text;
         }
         EXPECT_EQ(commands, "&New&Open&SaveE&xit");
         const char* full = "X Maximum number of Field Definitions allowed is 250.";
-        take_steps(window, {{IDC_INSERT_FIELD, FIELD_TITLE, full, IDOK, ""}, {CMD_EXIT, "", "", 0, ""}});
+        take(window, {{IDC_INSERT_FIELD, "", FIELD, full, IDOK}, {CMD_EXIT}});
     });
 }
 
@@ -110,59 +101,40 @@ TEST(ProgrammingWindow, WorksTheListByKeys) {
         const char* insert = "? Insert New Field Definition Before Field Definition #1?";
         while (focused_control(window) != IDC_FIELD_LIST)
             press_key(VK_TAB);
-        take_steps(window, {{VK_RETURN, "", "", 0, "(STOCK) 3:0 EDA- 41"},
-                            {VK_INSERT, TITLE, insert, IDNO, ""},
-                            {VK_DELETE, TITLE, DELETE_FIRST, IDNO, "(STOCK) 3:0 EDA- 41"},
-                            {VK_DELETE, TITLE, DELETE_FIRST, IDYES, "(STOCK) 2:0 EDA* 41"},
-                            {VK_END, "", "", 0, "(STOCK) 2:1 --A* 41"},
-                            {VK_DELETE, "", "", 0, "(STOCK) 2:1 --A* 41"},
-                            {VK_HOME, "", "", 0, "(STOCK) 2:0 EDA* 41"}});
+        take(window, {{VK_RETURN, "(STOCK) 3:0 EDA- 41"},
+                      {VK_INSERT, "(STOCK) 3:0 EDA- 41", PROGRAM_TITLE, insert, IDNO},
+                      {VK_DELETE, "(STOCK) 3:0 EDA- 41", PROGRAM_TITLE, DELETE_FIRST, IDNO},
+                      {VK_DELETE, "(STOCK) 2:0 EDA* 41", PROGRAM_TITLE, DELETE_FIRST, IDYES},
+                      {VK_END, "(STOCK) 2:1 --A* 41"},
+                      {VK_DELETE, "(STOCK) 2:1 --A* 41"},
+                      {VK_HOME, "(STOCK) 2:0 EDA* 41"}});
         click(window, IDC_DELETE_FIELD);
-        take_steps(window, {{0, TITLE, DELETE_FIRST, IDYES, "(STOCK) 1:0 --A* 41"}});
+        take(window, {{0, "(STOCK) 1:0 --A* 41", PROGRAM_TITLE, DELETE_FIRST, IDYES}});
         press_key(VK_INSERT); // the list has the focus, not the disabled button; at the end nothing is asked
-        close_window(wait_for_window(FIELD_TITLE));
-        take_steps(window,
-                   {{0, FIELD_TITLE, "? Cancel Current Definition Changes?", IDYES, "(STOCK) 1:0 --A* 41"},
-                    {VK_ESCAPE, TITLE, CHANGES, IDNO, ""}});
+        close_window(wait_for_window("Field Definition #1"));
+        take(window, {{0, "(STOCK) 1:0 --A* 41", FIELD, "? Cancel Current Definition Changes?", IDYES},
+                      {VK_ESCAPE, "", PROGRAM_TITLE, SAVE, IDNO}});
     });
 }
 
-TEST(ProgrammingWindow, SavesOpensAndAsks) {
+TEST(ProgrammingWindow, NotesChangesAndSavesWhatStandsInTheControls) {
     run_window(1, [](HWND window) {
-        const std::string damaged = path_of("damaged.pgt"), setup = path_of("setup.pgt"),
-                          long_name = path_of("tenletters.pgt");
-        for (const std::string& copy : {damaged, long_name})
-            CopyFileA(path_of("good.pgt").c_str(), copy.c_str(), FALSE);
-        std::fstream(damaged, std::ios::binary | std::ios::in | std::ios::out).seekp(30).put('?');
-        std::ofstream(setup, std::ios::binary) << std::string("\0\0\0\6S?CR", 8);
-        std::remove(path_of("a.b").c_str());
-        const std::string size_title = "Filename Size Error", saved = "(A) 2:0 EDA- 41",
-                          empty = "(Untitled) 1:0 ---- 20";
         press_key(VK_END);
-        type_text("/0a");                                          // and the focus stays
-        take_steps(window, {{CMD_OPEN, TITLE, CHANGES, IDYES, ""}, // and no save, no opening
-                            {0, "Save As", "", 0, "(STOCK) 2:0 EDA* 41"},
-                            {CMD_EXIT, TITLE, CHANGES, IDCANCEL, "(STOCK) 2:0 EDA* 41"},
-                            {CMD_NEW, TITLE, NEW_FILE, IDNO, "(STOCK) 2:0 EDA* 41"},
-                            {CMD_SAVE, "Save As", path_of("tenletters"), 0, ""},
-                            {0, size_title, LONG_NAME, IDOK, ""},
-                            {0, "Save As", path_of("a.b"), 0, saved},
-                            {VK_TAB, "", "", 0, saved}}); // the normal form is no change
+        type_text("/0a"); // and the focus stays
+        std::remove(path_of("a.b").c_str());
+        take(window, {{CMD_OPEN, "", PROGRAM_TITLE, SAVE, IDYES},
+                      {0, "(STOCK) 2:0 EDA* 41", "Save As"}, // not saved: nothing is opened
+                      {CMD_SAVE, "(A) 2:0 EDA- 41", "Save As", path_of("a.b")},
+                      {VK_TAB, "(A) 2:0 EDA- 41"}}); // the normal form is no change
         EXPECT_EQ(control_text(window, IDC_SOF_TEXT), "/0D/0A");
-        take_steps(window, {{CMD_OPEN, "Open", setup, 0, ""},
-                            {0, "Invalid/Corrupt", "! Invalid/Corrupt Program File!", IDOK, empty},
-                            {CMD_OPEN, "Open", path_of("a.b"), 0, saved},
-                            {CMD_OPEN, "Open", damaged, 0, ""},
-                            {0, "Invalid Checksum", "! Invalid Checksum in Program File!", IDOK,
-                             "(Untitled) 1:0 ---- 41"},
-                            {CMD_OPEN, "Open", long_name, 0, ""},
-                            {0, size_title, LONG_NAME, IDOK, ""},
-                            {0, "Open", "", 0, empty}});
+        EXPECT_EQ(program_header.sof_text_handle, "\r\n");
+        take(window,
+             {{CMD_NEW, "(Untitled) 1:0 ---- 20", PROGRAM_TITLE, "? Create a new program file?", IDYES},
+              {CMD_OPEN, "(Untitled) 1:0 ---- 20", "Open"}}); // unchanged: nothing is asked
         click(window, IDC_RECEIVED_FILES_ONLY);
         click(window, IDC_AUTO_ALPHA);
-        take_steps(window, {{CMD_EXIT, TITLE, CHANGES, IDCANCEL, "(Untitled) 1:0 --A* 61"},
-                            {CMD_NEW, TITLE, NEW_FILE, IDYES, empty},
-                            {CMD_EXIT, "", "", 0, ""}});
+        take(window, {{CMD_EXIT, "(Untitled) 1:0 --A* 61", PROGRAM_TITLE, SAVE, IDCANCEL},
+                      {CMD_EXIT, "", PROGRAM_TITLE, SAVE, IDNO}});
     });
 }
 

@@ -1,0 +1,100 @@
+"""What a person does in the window in front, as a list of steps.
+
+"Insert" pushes a button and "Prompt Text: QTY" types behind a label, with | between several of both; a number is a
+command or an answer, a path goes to a file dialog, a list is a script within the script, and the rest are procedures
+below. Whatever opens or closes a window is followed by shows(), which finds the next window in front.
+"""
+
+import fnmatch
+
+from tolvan import (BM_GETCHECK, FILE_NAME_EDIT, IDOK, LB_GETITEMHEIGHT, LB_GETTOPINDEX, LB_SETTOPINDEX, TITLE,
+                    WM_KEYDOWN, Window, desktop, wait_for, windows_path)
+
+VK_TAB, VK_RETURN, VK_INSERT, VK_DELETE = 0x09, 0x0D, 0x2D, 0x2E
+
+
+def run(program, *script):
+    for step in script:
+        if callable(step):
+            step(program)
+        elif isinstance(step, list):
+            run(program, *step)
+        elif isinstance(step, int):
+            program.screen.command(step)
+        elif isinstance(step, str):
+            for part in step.split("|"):
+                label, colon, text = part.partition(": ")
+                program.screen.type(label, text) if colon else program.screen.button(part).push()
+        else:
+            program.screen.control(FILE_NAME_EDIT).set_text(windows_path(step))
+            program.screen.command(IDOK)
+
+
+def shows(title, text=None):
+    """Waits until a window is in front: a message box with this text, or a dialog."""
+    def wait(program):
+        def is_there():
+            program.screen = program.front()
+            return program.screen and fnmatch.fnmatchcase(program.screen.known["text"], title) and (
+                text is None or program.screen.label_text() == text)
+        try:
+            wait_for((title, text), is_there)
+        except AssertionError as error:
+            shown = program.screen and (program.screen.known["text"], program.screen.label_text())
+            raise AssertionError(f"{error}; there is {shown}") from None
+    return wait
+
+
+def asks(text, answer, then, title=TITLE):
+    return [shows(title, text), answer, shows(then)]
+
+
+def the_list(program):
+    return next(child for child in program.screen.children() if child.known["class"] == "ListBox")
+
+
+def row(number):
+    """Clicks a row of the list, counting from 1; 0 is the last."""
+    def click(program):
+        rows = the_list(program)
+        index = (number or len(rows.entries())) - 1
+        rows.send(LB_SETTOPINDEX, index)
+        height = rows.send(LB_GETITEMHEIGHT)
+        rows.push(5, (index - rows.send(LB_GETTOPINDEX)) * height + height // 2)
+    return click
+
+
+def focused(program):
+    return Window({"handle": int(desktop.ask("focus", program.screen.handle))})
+
+
+def key(code, text=None):
+    """Presses a key that takes the focus elsewhere, and types there."""
+    def press(program):
+        before = focused(program)
+        before.post(WM_KEYDOWN, code)
+        wait_for(f"the key {code:#x} to move the focus", lambda: focused(program).handle != before.handle)
+        if text:
+            focused(program).type_here(text)
+    return press
+
+
+def spin(label, directions):
+    """Clicks the arrows beside the edit behind a label, + for up and - for down."""
+    def press(program):
+        arrows = program.screen.find(label)[2]
+        width, height = arrows.size()
+        for direction in directions:
+            arrows.push(width // 2, height // 4 if direction == "+" else height * 3 // 4)
+    return press
+
+
+def holds(values):
+    """Compares what stands behind labels, and the ticks of boxes."""
+    def compare(program):
+        for part in values.split("|"):
+            label, colon, value = part.partition(": ")
+            found = program.screen.find(label)
+            held = found[1].text() if colon else found[0].send(BM_GETCHECK)
+            assert held == (value if colon else 1), f"{label} {held!r} instead of {part!r}"
+    return compare

@@ -1,0 +1,275 @@
+"""The program editor: a program written from nothing, its questions, its checks and the files it refuses."""
+
+import os
+import struct
+
+from script import VK_DELETE, VK_INSERT, VK_RETURN, VK_TAB, asks, holds, key, row, run, shows, spin, the_list
+from tolvan import ID, IDCANCEL, IDNO, IDOK, IDYES, TITLE, Program, ProgramTest, crc, windows_path
+
+MAIN, WINDOW, UNTITLED = TITLE + " (Default)", "Programming (*)", "Programming (Untitled)"
+FIELD, DEFINITION = "Field Definition #*", "Field Definition"
+TABLE, FILE, OPTIONS = "Lookup Table Definition", "Lookup File Definition", "Global Data Options"
+
+# The record of a field, in the order of the file, as a new field has it.
+DEFAULTS = dict(
+    bar_codes=0x8001, manipulated=0, flags=0xDA, type="D", row=0, col=0, end_row=0, end_col=19, max=250, min=1,
+    source="B", format="V", prefix_delay=0, suffix_delay=0, flags2=0, strip=0, strip_end=0, roles=0,
+    prompt=b"", pattern=b"", mask=b"A", default=b"", lookup=b"", prefix=b"", suffix=b"\r\n",
+    condition=b"", transmit=b"", calculation=b"", branch=b"")
+TYPES = {"D": "Data", "S": "Stamp", "Y": "Yes/No", "E": "Exhibit", "N": "No Edit"}
+SOURCES = {"B": "    Barcode", "K": "   Keyboard", "S": "     Serial", "L": "Lookup File"}
+FORMATS = {"V": "   Variable", "L": " Left Justify", "R": "Right Justify"}
+
+
+def record(changes):
+    values = [ord(value) if isinstance(value, str) else value for value in {**DEFAULTS, **changes}.values()]
+    return struct.pack(">HH16B", *values[:18]) + b"".join(text + b"\0" for text in values[18:])
+
+
+def program_file(name, records, counts=None, delays=(0, 0), flags=0x20, sof=b"", eof=b""):
+    counts = counts or (0, 0, 0, *[len(records)] * 3)
+    body = (bytes(counts) + name.ljust(9, b"\0") + bytes([*delays, flags]) + sof + b"\0" + eof + b"\0"
+            + b"".join(map(record, records)))
+    return (len(body) + 5).to_bytes(4, "big") + b"I" + body + crc(body)
+
+
+def escaped(text):
+    return "".join("//" if c == ord("/") else chr(c) if 0x20 <= c < 0x7F else f"/{c % 0xFF:02X}" for c in text)
+
+
+def list_rows(records):
+    values = [{**DEFAULTS, **changes} for changes in records]
+    return [f"{number:3}\t{'Header' if v['flags'] & 4 else 'Record'}\t{TYPES[v['type']]}\t{escaped(v['prompt'])}\t"
+            f"{v['max']:3}\t{v['min']:3}\t{SOURCES[v['source']]}\t{FORMATS[v['format']]}"
+            for number, v in enumerate(values, 1)] + ["<<END OF PROGRAM>>"]
+
+
+def done_new(answer, then=WINDOW):
+    return asks("Save New Field Definition?", answer, then, DEFINITION)
+
+
+def new_field(*script):
+    return [row(0), "Insert", shows(FIELD), *script, "Done", done_new(IDYES)]
+
+
+def defines(kind):
+    return ["Define", shows("Lookup Choice"), kind, "OK", shows(kind)]
+
+
+def opens(path, then=WINDOW):
+    return [ID.CMD_OPEN, shows("Open"), path, shows(then)]
+
+
+def saves(path, then):
+    return [ID.CMD_SAVE, shows("Save As"), path, shows(then)]
+
+
+START = [shows(MAIN), ID.CMD_PROGRAMMING, shows(UNTITLED)]
+WARNS_OF_TARGET = asks("Target field to accept Lookup data does not exist,\nbe sure to create target field for lookup "
+                       "data\nbefore saving program.", IDOK, FIELD, "Target Field")
+
+FIELDS = [  # what the operator does, and what the record then holds beside the defaults
+    (["Header Input|Prompt Text: STORE:|Input Source: K|Input Max: 4|Input Min: 4|Input Mask: nnnn"],
+     dict(flags=0xDE, prompt=b"STORE:", source="K", max=4, min=4, mask=b"NNNN")),
+    (["Header Input|Input Type: S|Stamp Commands: M//D//Y"],
+     dict(flags=0xDE, type="S", prompt=b"M/D/Y", pattern=b"__/__/____", mask=b"AAIAAIAAAA")),
+    (["Header Input|Input Type: N|Default Data: @|Prefix: /02/a1", key(VK_TAB, "7"), "Suffix: /0d", key(VK_TAB, "12")],
+     dict(flags=0xDE, type="N", default=b"@", prefix=b"\x02\xA1", prefix_delay=7, suffix=b"\r", suffix_delay=12)),
+    (["Input Type: E|Exhibit Text: SCAN ITEMS"], dict(type="E", prompt=b"SCAN ITEMS")),
+    (["New Screen|Start Row: 1|End Row: 1|Prompt Text: ITEM:", key(VK_TAB, "______"), "Bar Code Types...",
+      shows("Bar Code Types"), "All|Code 39|UPC-A|Exit", shows(FIELD)],
+     dict(flags=0xD2, row=1, end_row=1, prompt=b"ITEM:", pattern=b"______", bar_codes=0x6001)),
+    ([defines(TABLE), "Accept Mismatches|Add|Table Entries: RED", key(VK_RETURN, "GREEN"), key(VK_RETURN, "B//W"),
+      "Error Message: NOT A COLOUR|OK", shows(FIELD)], dict(lookup=b"TA,RED,GREEN,B/W,?NOT A COLOUR")),
+    ([defines(FILE), "Accept Mismatches|Partial Matches|Lookup File Optional|Lookup Filename: PARTS|Display Field: 2",
+      "Fields Per Record: 2|Start Row: 0|Add Display Field to Data|Auto Advance|Target Field: 5|Disable View Lookup",
+      "Error Message: UNKNOWN PART|OK", WARNS_OF_TARGET], dict(lookup=b"FD5SAPO,PARTS,2,1,2,0,1,?UNKNOWN PART")),
+    (["Input Source: L"], dict(flags=0x9A, source="L", bar_codes=0x8000)),
+    (["Allow Calculation|Transmit Total of Field|Output Format: R"], dict(mask=b"D", flags2=0x18, format="R")),
+    (["Input Source: S|Prompt Text: /1bQ/00&"], dict(source="S", prompt=b"\x1BQ\xFF&", flags=0xDB, roles=0x03)),
+    (["Input Mask: AAA"], dict(mask=b"DDD", flags2=0x01, condition=b"0005")),
+    (["Shift Input to Upper Case|Allow Duplicate Inputs"], dict(flags=0xFB, roles=0x04)),
+    (["Auto Advance|Require Input|Enable Input Transmit|Bar Code Append"],
+     dict(flags=0x88, bar_codes=0x8003, roles=0x48)),
+    ([spin("End Row", "++++-"), spin("Start Col", "-++"), spin("Input Max", "+--"), spin("Input Min", "+")],
+     dict(end_row=3, col=1, max=249, min=2, roles=0x10)),
+    (["Default Data: A//B/00|Display Pattern: __/7f__"], dict(default=b"A/B\xFF", pattern=b"__\x7F__")),
+    (["Prefix: ?", ID.CMD_SPECIAL_ASCII, shows("Special ASCII Characters"), row(33), "Add", row(0), "Add|Done",
+      shows(FIELD)], dict(prefix=b"?\x8C\xFC")),
+    (["New Screen|Input Type: S|Stamp Commands: hh:ii"],
+     dict(flags=0xD2, type="S", prompt=b"hh:ii", pattern=b"____:____", mask=b"AAAAIAAAA")),
+    (["Input Type: E|End Row: 3|Exhibit Text: PUT IT BACK INTO ITS CHARGER"],
+     dict(type="E", end_row=3, prompt=b"PUT IT BACK INTO ITS CHARGER")),
+    (["Prompt Text: A:|End Col: 9"], dict(prompt=b"A:", end_col=9)),
+    (["New Screen|Prompt Text: B:|Start Col: 10"], dict(flags=0xD2, prompt=b"B:", col=10)),
+    (["Suffix: |Output Format: L|Input Min: 0"], dict(suffix=b"", format="L", min=0)),
+    (["Prompt Text: NINETEEN CHARACTERS|Suffix: /D3/FC"], dict(prompt=b"NINETEEN CHARACTERS", suffix=b"\xD3\xFC")),
+    (["Input Type: Y|Input Source: K|Default Data: Y"], dict(type="Y", source="K", default=b"Y")),
+    *[([f"Prompt Text: PLAIN {number}"], dict(prompt=b"PLAIN %d" % number)) for number in range(24, 31)],
+]
+RECORDS = [changes for _, changes in FIELDS]
+SETTINGS = [
+    "SOF Text: /02BEGIN/0d", key(VK_TAB, "3"), "EOF Text: /FB/00", key(VK_TAB, "12"),
+    "Use Received Data Files Only|Allow Append To End Of File|Auto Alpha Switch", OPTIONS, shows(OPTIONS),
+    "Field to compare: 10|Field to increment: 11|Amount to increment: 5|Field One: 12|Field Two: 13",
+    "Field for Result: 14|Subtract Field Two from Field One|OK", shows(UNTITLED)]
+BUILT = program_file(b"BUILT", RECORDS, counts=(3, 3, 2, 27, 25, 24), delays=(3, 12), flags=0x43, sof=b"\x02BEGIN\r",
+                     eof=b"\xFB\xFF")
+
+SAVE_CHECKS = [  # the fields and options, and why they cannot be saved
+    ([], "No User Input Fields Defined!"),
+    ([new_field(), new_field("New Screen")], "Overlapping fields at Field #2!"),
+    ([new_field(defines(FILE), "Add Display Field to Data|OK", WARNS_OF_TARGET)], "No Field for Lookup Data defined!"),
+    ([new_field("Header Input"), new_field("Lookup File/Tbl: FD9,PARTS,1,1,1,0,1"), new_field("Input Source: L")],
+     "Lookup Data Dump Target Field\nis not the same field number as the\nfield designated to receive lookup data.\n\n"
+     "Adjust target field number to exclude any header fields."),
+    ([new_field(), OPTIONS, shows(OPTIONS), "Field to compare: 1|OK", shows("Autoincrement Options"), IDOK,
+      shows(WINDOW)], "Global Data Options >>\nAutoincrement Fields not Complete."),
+    ([new_field(), OPTIONS, shows(OPTIONS), "Field for Result: 1|OK", shows("Multiple Field Calculation Option"), IDOK,
+      shows(WINDOW)], "Multiple Field Calculation Option>>\nAll Fields not Complete."),
+]
+LONG_NAME = "The Tolvan can only display filenames up to 9 characters.\nPlease reenter using a 9 character filename."
+
+LABELS = ["Input Max", "Input Min", "Start Row", "End Row", "Start Col", "End Col", "Input Mask", "Prompt Text"]
+FIELD_CHECKS = [  # the values behind these labels, and why they cannot be saved
+    ("1 2 0 0 0 19 A P", "Max Input Value less than Min Input Value"),
+    ("251 251 0 0 0 19 A P", "Min Input Greater Than 250"),
+    ("251 1 0 0 0 19 A P", "Max Input Greater Than 250"),
+    ("0 0 0 0 0 19 A P", "Max Input Less Than 1"),
+    ("9 1 4 2 0 19 A P", "End Row less than Start Row"),
+    ("9 1 1 1 5 4 A P", "End Col less than Start Col"),
+    ("9 1 4 4 0 19 A P", "Start Row Greater Than 3"),
+    ("9 1 0 4 0 19 A P", "End Row Greater Than 3"),
+    ("9 1 0 0 20 20 A P", "Start Col Greater Than 19"),
+    ("9 1 0 0 0 20 A P", "End Col Greater Than 19"),
+    ("9 1 0 0 0 19 A TWENTY_CHARACTERS/0D", "Prompt and data will not fit within start/end range"),
+    ("9 4 0 0 0 19 NNNF P", "Minimum Input value is greater than input allowed from Input Mask field."),
+    ("9 4 0 0 0 19 AX P", "Input Mask field can only contain the letters 'A', 'D', 'F', 'I', and 'N'."),
+]
+
+
+class ProgrammingTest(ProgramTest):
+    def start(self, *script, arguments=()):
+        program = self.enterContext(Program(*arguments))
+        run(program, *script)
+        return program
+
+    def assert_rows(self, program, *records):
+        self.assertEqual(the_list(program).entries(), list_rows(records))
+
+    def assert_prompts(self, program, *prompts):
+        self.assert_rows(program, *[dict(prompt=text) for text in prompts])
+
+    def test_thirty_fields_from_nothing(self):
+        path = self.folder / "built.pgt"
+        program = self.start(START, [new_field(*script) for script, _ in FIELDS], SETTINGS)
+        self.assert_rows(program, *RECORDS)
+        run(program, saves(path.with_suffix(""), "Programming (BUILT)"))
+        self.assertEqual(path.read_bytes(), BUILT)
+        run(program, ID.CMD_EXIT, START, opens(path, "Programming (BUILT)"))
+        self.assert_rows(program, *RECORDS)
+        run(program, saves(self.folder / "again", "Programming (AGAIN)"))
+        self.assertEqual((self.folder / "again.pgt").read_bytes()[20:-2], BUILT[20:-2])
+
+    def test_questions(self):
+        def changed(answer, then):
+            return asks("Save Changed Field Definition?", answer, then, DEFINITION)
+
+        def cancels(answer, then):
+            return ["Cancel", asks("Cancel Current Definition Changes?", answer, then, DEFINITION)]
+
+        one, two, a, c, x = "Field Definition #1", "Field Definition #2", *(f"Prompt Text: {text}" for text in "ACX")
+        insert, delete = "Insert New Field Definition Before Field Definition #2?", "Delete Field Definition #2?"
+        new, leave = "Create a new program file?", "Save File Changes?"
+        program = self.start(
+            START, "Insert", shows(one), cancels(IDNO, one), "Done", done_new(IDNO), ID.CMD_EXIT, START, new_field(a),
+            row(0), "Insert", shows(two), "Previous", done_new(IDNO, one), "Cancel", shows(WINDOW), new_field(c),
+            row(2), "Insert", asks(insert, IDNO, WINDOW), "Insert", asks(insert, IDYES, two),
+            "Next", done_new(IDNO, two), holds(c), x, "Previous", changed(IDNO, one), holds(a),
+            "Next", shows(two), holds(c), x, cancels(IDNO, two), holds(x), "Done", changed(IDNO, WINDOW))
+        self.assert_prompts(program, b"A", b"C")
+        run(program, row(1), "Edit", shows(one), x, "Next", changed(IDYES, two), "Done", shows(WINDOW),
+            "Delete", asks(delete, IDNO, WINDOW))
+        self.assert_prompts(program, b"X", b"C")
+        run(program, row(2), key(VK_DELETE), asks(delete, IDYES, WINDOW),
+            row(2), key(VK_INSERT), shows(two), cancels(IDYES, WINDOW),
+            ID.CMD_NEW, asks(new, IDNO, WINDOW), ID.CMD_OPEN, asks(leave, IDCANCEL, WINDOW),
+            ID.CMD_OPEN, asks(leave, IDNO, "Open"), IDCANCEL, shows(WINDOW), ID.CMD_EXIT, asks(leave, IDCANCEL, WINDOW),
+            ID.CMD_EXIT, asks(leave, IDYES, "Save As"), IDCANCEL, shows(WINDOW))
+        self.assert_prompts(program, b"X")
+        run(program, ID.CMD_NEW, asks(new, IDYES, UNTITLED))
+        self.assert_prompts(program)
+        run(program, new_field(x), ID.CMD_EXIT, asks(leave, IDYES, "Save As"), self.folder / "x", shows(MAIN))
+        self.assertEqual((self.folder / "x.pgt").read_bytes(), program_file(b"X", [dict(prompt=b"X")]))
+
+    def test_save_checks(self):
+        refused = "Cannot Save Program File.\n"
+        for script, message in SAVE_CHECKS:
+            with self.subTest(message), Program() as program:
+                run(program, START, script, "SOF Text: KEPT")
+                before = the_list(program).entries()
+                run(program, saves(self.folder / "checked", "Save File"), asks(
+                    refused + message, IDOK, "Programming (CHECKED)", "Save File"), holds("SOF Text: KEPT"))
+                self.assertEqual((the_list(program).entries(), os.listdir(self.folder)), (before, []))
+        taken = self.folder / "taken.pgt"
+        taken.mkdir()
+        program = self.start(
+            START, new_field("Prompt Text: KEPT"), saves(self.folder / "taken", TITLE),
+            shows(TITLE, f"{windows_path(taken)} already exists.\nDo you want to replace it?"), IDYES,
+            asks(refused + "File Creation Error!", IDOK, "Programming (TAKEN)", "Save File"),
+            saves(self.folder / "tenletters", "Filename Size Error"),
+            asks(LONG_NAME, IDOK, "Save As", "Filename Size Error"), IDCANCEL, shows("Programming (TAKEN)"))
+        self.assert_prompts(program, b"KEPT")
+        self.assertEqual(os.listdir(self.folder), ["taken.pgt"])
+
+    def test_field_checks(self):
+        program = self.start(START, "Insert", shows(FIELD))
+        done = ["Done", shows(DEFINITION, "Save New Field Definition?"), IDYES]
+        for values, message in FIELD_CHECKS:
+            with self.subTest(message):
+                edits = "|".join(map(": ".join, zip(LABELS, values.split())))
+                run(program, edits, done, asks(message, IDOK, FIELD, DEFINITION), holds(edits))
+        run(program, "Allow Calculation|Input Mask: A", done,
+            asks("When Allow Calculation is ON\nInput Mask must be Decimal.", IDOK, FIELD, "Input Mask Error"),
+            holds("Allow Calculation|Input Mask: A"), "Header Input|Input Type: E",
+            asks("Header Input can not be\nof Input Type EXHIBIT.", IDOK, FIELD, "Field Definition Error"),
+            holds("Header Input|Input Type: Data|Prompt Text: P"))
+
+    def test_no_field_beyond_250(self):
+        refuses = asks("Maximum number of Field Definitions allowed is 250.", IDOK, WINDOW, DEFINITION)
+        full = self.file("full.pgt", program_file(b"FULL", [{}] * 250))
+        program = self.start(START, opens(full), "Insert", refuses, row(0), "Insert", refuses)
+        self.assert_rows(program, *[{}] * 250)
+
+    def test_opening_from_the_command_line(self):
+        content = program_file(b"STARTED", [dict(prompt=b"FIRST")])
+        (self.folder / "two words").mkdir()
+        for name in ("started.pgt", "two words/a b.pgt"):
+            with self.subTest(name), Program("-F=" + windows_path(self.file(name, content))) as program:
+                run(program, shows("Programming (STARTED)"))
+                self.assert_prompts(program, b"FIRST")
+        program = self.start(asks("Cannot Open Program File!", IDOK, "Invalid/Corrupt", "Open File"),
+                             asks("Invalid/Corrupt Program File!", IDOK, UNTITLED, "Invalid/Corrupt"),
+                             opens(self.folder / "started.pgt"), arguments=["-F=" + windows_path(self.folder / "none")])
+        self.assert_prompts(program, b"FIRST")
+
+    def test_opening_what_is_no_program(self):
+        good = program_file(b"GOOD", [dict(prompt=b"FIRST")])
+        path = self.file("good.pgt", good)
+        program = self.start(START)
+        for name, content, said_before in (("cut", good[:-9], [shows("Open File"), IDOK]),
+                                           ("text", b"no program at all", [shows("Open File"), IDOK]),
+                                           ("setup", good.replace(b"I", b"S", 1), [])):
+            with self.subTest(name):
+                run(program, opens(path, "Programming (GOOD)"))
+                self.assert_prompts(program, b"FIRST")
+                run(program, opens(self.file(name + ".pgt", content), "*"), said_before,
+                    asks("Invalid/Corrupt Program File!", IDOK, UNTITLED, "Invalid/Corrupt"))
+                self.assert_prompts(program)
+        run(program, opens(self.file("tenletters.pgt", good), "Filename Size Error"),
+            asks(LONG_NAME, IDOK, "Open", "Filename Size Error"), path, shows("Programming (GOOD)"))
+        self.assert_prompts(program, b"FIRST")
+        run(program, opens(self.file("damaged.pgt", good[:-1] + b"?"), "Invalid Checksum"),
+            asks("Invalid Checksum in Program File!", IDOK, UNTITLED, "Invalid Checksum"),
+            saves(path, "Error"), IDYES, shows("Programming (GOOD)"))  # the file dialog asks about the old file
+        self.assertEqual(path.read_bytes(), good)
