@@ -16,8 +16,8 @@ RESET_ITEMS = [
 RESET_TEXTS = b"\0" b"\0" b"\0" b"AT&F&C1\0" b"\0" b"\0"
 
 
-def setup_file(items):
-    body = (86).to_bytes(4, "big") + b"S" + bytes(items) + RESET_TEXTS
+def setup_file(items, texts=RESET_TEXTS):
+    body = (5 + len(items) + len(texts)).to_bytes(4, "big") + b"S" + bytes(items) + texts
     return body + crc(body)
 
 
