@@ -25,26 +25,26 @@ namespace {
 
 constexpr char FIELD_CAPTION[] = "Field Definition";
 
-constexpr unsigned HIGHEST_BYTE = 255; // more than a number's member can hold counts as this
+constexpr unsigned LONGEST_DELAY = 255; // that the member can hold; no check refuses a longer one
 
 bool field_changed; // the operator has edited the field since it was loaded
 
 struct CHECK_BOX {
     int control;
-    std::uint8_t FIELD_DEFINITION::*member;
     std::uint8_t mask;
-    bool ticked_when_clear = false;
+    bool ticked_when_set;
+    std::uint8_t FIELD_DEFINITION::*member;
 };
 constexpr CHECK_BOX CHECK_BOXES[] = {
-    {IDC_FIELD_HEADER, &FIELD_DEFINITION::bit_values1, HEADER_INPUT},
-    {IDC_FIELD_NEW_SCREEN, &FIELD_DEFINITION::bit_values1, NEW_SCREEN},
-    {IDC_FIELD_REQUIRE, &FIELD_DEFINITION::bit_values1, REQUIRE_INPUT},
-    {IDC_FIELD_AUTO_ADVANCE, &FIELD_DEFINITION::bit_values1, AUTO_ADVANCE},
-    {IDC_FIELD_UPPER_CASE, &FIELD_DEFINITION::bit_values1, SHIFT_TO_UPPER},
-    {IDC_FIELD_DUPLICATES, &FIELD_DEFINITION::bit_values1, NO_DUPLICATES, true},
-    {IDC_FIELD_TRANSMIT, &FIELD_DEFINITION::bit_values1, INPUT_TRANSMIT},
-    {IDC_FIELD_CALCULATION, &FIELD_DEFINITION::bit_values2, ALLOW_CALCULATION},
-    {IDC_FIELD_TOTAL, &FIELD_DEFINITION::bit_values2, TRANSMIT_TOTAL},
+    {IDC_FIELD_HEADER, HEADER_INPUT, true, &FIELD_DEFINITION::bit_values1},
+    {IDC_FIELD_NEW_SCREEN, NEW_SCREEN, true, &FIELD_DEFINITION::bit_values1},
+    {IDC_FIELD_REQUIRE, REQUIRE_INPUT, true, &FIELD_DEFINITION::bit_values1},
+    {IDC_FIELD_AUTO_ADVANCE, AUTO_ADVANCE, true, &FIELD_DEFINITION::bit_values1},
+    {IDC_FIELD_UPPER_CASE, SHIFT_TO_UPPER, true, &FIELD_DEFINITION::bit_values1},
+    {IDC_FIELD_DUPLICATES, NO_DUPLICATES, false, &FIELD_DEFINITION::bit_values1},
+    {IDC_FIELD_TRANSMIT, INPUT_TRANSMIT, true, &FIELD_DEFINITION::bit_values1},
+    {IDC_FIELD_CALCULATION, ALLOW_CALCULATION, true, &FIELD_DEFINITION::bit_values2},
+    {IDC_FIELD_TOTAL, TRANSMIT_TOTAL, true, &FIELD_DEFINITION::bit_values2},
 };
 
 struct BARCODE_BOX {
@@ -92,17 +92,17 @@ constexpr NUMBER_EDIT NUMBER_EDITS[] = {
 // The edits of escaped text. Their limits hold for typing: a text that is loaded stays whole.
 struct TEXT_EDIT {
     int control;
-    std::string FIELD_DEFINITION::*member;
     unsigned limit;
+    std::string FIELD_DEFINITION::*member;
 };
 constexpr TEXT_EDIT TEXT_EDITS[] = {
-    {IDC_FIELD_PROMPT, &FIELD_DEFINITION::prompt_string_handle, 80},
-    {IDC_FIELD_PATTERN, &FIELD_DEFINITION::display_pattern_handle, 80},
-    {IDC_FIELD_MASK, &FIELD_DEFINITION::input_mask_handle, 80},
-    {IDC_FIELD_DEFAULT, &FIELD_DEFINITION::default_data_handle, 80},
-    {IDC_FIELD_LOOKUP, &FIELD_DEFINITION::lookup_filename_handle, LOOKUP_LIMIT},
-    {IDC_FIELD_PREFIX, &FIELD_DEFINITION::prefix_text_handle, 250},
-    {IDC_FIELD_SUFFIX, &FIELD_DEFINITION::suffix_text_handle, 250},
+    {IDC_FIELD_PROMPT, 80, &FIELD_DEFINITION::prompt_string_handle},
+    {IDC_FIELD_PATTERN, 80, &FIELD_DEFINITION::display_pattern_handle},
+    {IDC_FIELD_MASK, 80, &FIELD_DEFINITION::input_mask_handle},
+    {IDC_FIELD_DEFAULT, 80, &FIELD_DEFINITION::default_data_handle},
+    {IDC_FIELD_LOOKUP, LOOKUP_LIMIT, &FIELD_DEFINITION::lookup_filename_handle},
+    {IDC_FIELD_PREFIX, 250, &FIELD_DEFINITION::prefix_text_handle},
+    {IDC_FIELD_SUFFIX, 250, &FIELD_DEFINITION::suffix_text_handle},
 };
 
 // --- controls ---
@@ -154,15 +154,17 @@ FIELD_EDITS read_edits(HWND dialog) {
         if (const char letter = chosen_letter(dialog, list); letter != '\0')
             field.*list.member = static_cast<std::uint8_t>(letter);
     for (const CHECK_BOX& box : CHECK_BOXES)
-        set_bits(field.*box.member, box.mask, is_ticked(dialog, box.control) != box.ticked_when_clear);
+        set_bits(field.*box.member, box.mask, is_ticked(dialog, box.control) == box.ticked_when_set);
     field.barcode_bit_values = current_barcode_bit_values;
     for (const BARCODE_BOX& box : BARCODE_BOXES)
         set_bits(field.barcode_bit_values, box.mask, is_ticked(dialog, box.control));
     for (const NUMBER_EDIT& number : NUMBER_EDITS) {
         const unsigned typed = edit_number(dialog, number.control);
-        field.*number.member = static_cast<std::uint8_t>(std::min(typed, HIGHEST_BYTE));
         if (number.typed != nullptr)
             edits.*number.typed = typed;
+        // What is typed for a place counts modulo 256 in the preview, and the checks see it whole.
+        const unsigned kept = number.typed != nullptr ? typed : std::min(typed, LONGEST_DELAY);
+        field.*number.member = static_cast<std::uint8_t>(kept);
     }
     for (const TEXT_EDIT& text : TEXT_EDITS)
         field.*text.member = translate_string_to_hex(control_text(dialog, text.control));
@@ -173,7 +175,7 @@ FIELD_EDITS read_edits(HWND dialog) {
 
 void fill_controls(HWND dialog, const FIELD_DEFINITION& field) {
     for (const CHECK_BOX& box : CHECK_BOXES)
-        tick(dialog, box.control, ((field.*box.member & box.mask) != 0) != box.ticked_when_clear);
+        tick(dialog, box.control, ((field.*box.member & box.mask) != 0) == box.ticked_when_set);
     for (const BARCODE_BOX& box : BARCODE_BOXES)
         tick(dialog, box.control, (field.barcode_bit_values & box.mask) != 0);
     current_barcode_bit_values = field.barcode_bit_values;
@@ -193,9 +195,9 @@ void fill_controls(HWND dialog, const FIELD_DEFINITION& field) {
 void update_lcd_display(HWND dialog) {
     const DISPLAY display =
         compose_display(program_header.fields, current_handle(), read_edits(dialog).field);
-    for (int row = 0; row < DISPLAY_ROWS; ++row)
-        show_display_line(dialog, IDC_FIELD_DISPLAY + row,
-                          {display.data() + row * DISPLAY_COLUMNS, DISPLAY_COLUMNS});
+    const char* line = display.data();
+    for (int row = 0; row < DISPLAY_ROWS; ++row, line += DISPLAY_COLUMNS)
+        show_display_line(dialog, IDC_FIELD_DISPLAY + row, {line, DISPLAY_COLUMNS});
 }
 
 void update_info_display(HWND dialog, int control) {

@@ -33,7 +33,7 @@ void derive_global_options(bool reset);
 
 // What the controls of the field editor hold.
 struct FIELD_EDITS {
-    FIELD_DEFINITION field; // in stored form; a number that does not fit counts as 255
+    FIELD_DEFINITION field; // in stored form; of a place that does not fit, the lower byte
     // As typed:
     unsigned start_row = 0;
     unsigned start_col = 0;

@@ -116,6 +116,18 @@ void fit_list_width(HWND hDlg, const std::vector<std::string>& rows) {
     SendMessageA(list, LB_SETHORIZONTALEXTENT, width, 0);
 }
 
+// The row that the list shows as selected. Its last row is the end, also while it does not show the fields of
+// a damaged file.
+void note_selection(HWND hDlg) {
+    HWND list = GetDlgItem(hDlg, IDC_FIELD_LIST);
+    const LRESULT row = SendMessageA(list, LB_GETCURSEL, 0, 0);
+    if (row == LB_ERR)
+        return;
+    const bool is_end = row + 1 == SendMessageA(list, LB_GETCOUNT, 0, 0);
+    field_list_selection = is_end ? field_list_total - 1 : static_cast<int>(row);
+    enable_field_buttons(hDlg);
+}
+
 // Everything but the field list. What stands in the controls then is no edit.
 void show_header(HWND hDlg, const std::string& name) {
     set_title(hDlg, name);
@@ -246,7 +258,9 @@ void load_program(HWND hDlg, const std::string& path) {
     if (result == 1) {
         show_header(hDlg, program_header.name);
         update_field_list(hDlg, true);
-    } else if (result != -1) {
+    } else if (result == -1) {
+        note_selection(hDlg); // the fields stay loaded and the list as it was
+    } else {
         show_message(hDlg, "Invalid/Corrupt Program File!", "Invalid/Corrupt", MESSAGE_ICON::WARNING);
         start_program(hDlg);
     }
@@ -318,14 +332,6 @@ void delete_selection(HWND hDlg) {
     delete_field();
     update_field_list(hDlg, false);
     file_changed = true;
-}
-
-void note_selection(HWND hDlg) {
-    const LRESULT row = SendDlgItemMessageA(hDlg, IDC_FIELD_LIST, LB_GETCURSEL, 0, 0);
-    if (row == LB_ERR)
-        return;
-    field_list_selection = static_cast<int>(row);
-    enable_field_buttons(hDlg);
 }
 
 void open_selection(HWND hDlg) {

@@ -3,7 +3,7 @@
 import os
 import struct
 
-from script import VK_DELETE, VK_INSERT, VK_RETURN, VK_TAB, asks, holds, key, row, run, shows, spin, the_list
+from script import VK_DELETE, VK_INSERT, VK_RETURN, VK_TAB, asks, holds, key, row, run, settled, shows, spin, the_list
 from tolvan import ID, IDCANCEL, IDNO, IDOK, IDYES, TITLE, Program, ProgramTest, crc, windows_path
 
 MAIN, WINDOW, UNTITLED = TITLE + " (Default)", "Programming (*)", "Programming (Untitled)"
@@ -61,7 +61,7 @@ def opens(path, then=WINDOW):
 
 
 def saves(path, then):
-    return [ID.CMD_SAVE, shows("Save As"), path, shows(then)]
+    return [ID.CMD_SAVE, shows("Save As"), path, shows(then), settled]
 
 
 START = [shows(MAIN), ID.CMD_PROGRAMMING, shows(UNTITLED)]
@@ -73,7 +73,8 @@ FIELDS = [  # what the operator does, and what the record then holds beside the 
      dict(flags=0xDE, prompt=b"STORE:", source="K", max=4, min=4, mask=b"NNNN")),
     (["Header Input|Input Type: S|Stamp Commands: M//D//Y"],
      dict(flags=0xDE, type="S", prompt=b"M/D/Y", pattern=b"__/__/____", mask=b"AAIAAIAAAA")),
-    (["Header Input|Input Type: N|Default Data: @|Prefix: /02/a1", key(VK_TAB, "7"), "Suffix: /0d", key(VK_TAB, "12")],
+    (["Header Input|Input Type: N|Default Data: @|Prefix: /02/a1", key(VK_TAB, "7"), "Suffix: /0d", key(VK_TAB, "12"),
+      holds("Prefix: /02/A1|Suffix: /0D")],
      dict(flags=0xDE, type="N", default=b"@", prefix=b"\x02\xA1", prefix_delay=7, suffix=b"\r", suffix_delay=12)),
     (["Input Type: E|Exhibit Text: SCAN ITEMS"], dict(type="E", prompt=b"SCAN ITEMS")),
     (["New Screen|Start Row: 1|End Row: 1|Prompt Text: ITEM:", key(VK_TAB, "______"), "Bar Code Types...",

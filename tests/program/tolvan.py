@@ -41,7 +41,7 @@ TITLE = "Tolvan Programmer V1.17"  # of the program, of its questions, and its w
 LIMIT = 20  # seconds; what takes longer by its nature says so
 POLL = 0.02  # seconds
 
-WM_CLOSE, WM_KEYDOWN, WM_KEYUP, WM_CHAR, WM_COMMAND, WM_SYSCOMMAND = 0x10, 0x100, 0x101, 0x102, 0x111, 0x112
+WM_NULL, WM_CLOSE, WM_KEYDOWN, WM_KEYUP, WM_CHAR, WM_COMMAND, WM_SYSCOMMAND = 0, 0x10, 0x100, 0x101, 0x102, 0x111, 0x112
 WM_LBUTTONDOWN, WM_LBUTTONUP, WM_CONTEXTMENU, WM_NEXTDLGCTL = 0x201, 0x202, 0x7B, 0x28
 CB_GETCURSEL, CB_SETCURSEL, BM_CLICK, SC_MINIMIZE = 0x147, 0x14E, 0xF5, 0xF020
 BM_GETCHECK, LB_GETTOPINDEX, LB_SETTOPINDEX, LB_GETITEMHEIGHT = 0xF0, 0x18E, 0x197, 0x1A1
@@ -326,6 +326,7 @@ class Program:
             write_settings(dict(settings))
         self.process = start_wine(PROGRAM, *arguments, cwd=folder, env={**os.environ, **dict(environment)})
         self.main = None
+        self.screen = None  # the window that a script is in
         self.windows_process = None
 
     def __enter__(self):

@@ -184,28 +184,23 @@ TEST_F(FIELD_SCREEN, EditsReachThePreviewAndTheField) {
     run_field(2, false, [&](HWND screen) {
         EXPECT_EQ(control_text(screen, IDC_FIELD_DISPLAY), "C" + blank + "\x7F\x7F\x7F");
         EXPECT_EQ(control_text(screen, IDC_FIELD_DISPLAY + 3), "A&&B" + blank + "\x7F");
-        const struct {
-            int control, direction;
-            const char *typed, *shown;
-        } steps[] = {{IDC_FIELD_START_ROW, 1, "3", "0"},
-                     {IDC_FIELD_END_COL, -1, "0", "19"},
-                     {IDC_FIELD_MAX, 1, "250", "0"},
-                     {IDC_FIELD_MIN, -1, "", "250"}};
-        for (const auto& step : steps) {
-            set_control_text(screen, step.control, step.typed);
-            NMUPDOWN notice{
-                {nullptr, static_cast<UINT_PTR>(step.control + 1), UDN_DELTAPOS}, 0, step.direction};
+        const auto step = [&](int edit, int direction) { // by the arrows behind it
+            NMUPDOWN notice{{nullptr, static_cast<UINT_PTR>(edit + 1), UDN_DELTAPOS}, 0, direction};
             SendMessageA(screen, WM_NOTIFY, notice.hdr.idFrom, reinterpret_cast<LPARAM>(&notice));
-            EXPECT_EQ(control_text(screen, step.control), step.shown);
-        }
+            return control_text(screen, edit);
+        };
+        EXPECT_EQ(step(IDC_FIELD_START_ROW, 1), "0");
+        EXPECT_EQ(step(IDC_FIELD_END_COL, 1), "0");
+        EXPECT_EQ(step(IDC_FIELD_END_COL, -1), "19");
+        EXPECT_EQ(step(IDC_FIELD_MAX, 1), "0");
+        EXPECT_EQ(step(IDC_FIELD_MIN, 1), "2");
         EXPECT_EQ(control_text(screen, IDC_FIELD_HELP), "Minimum\rInput Size");
         EXPECT_EQ(control_text(screen, IDC_FIELD_DISPLAY), "C&&B" + blank + "\x7F");
         click(screen, IDOK);
         answer_box("Field Definition", IDYES);
         EXPECT_EQ(answer_box("Field Definition", IDOK), "X Max Input Value less than Min Input Value");
-        for (const auto& [control, text] :
-             {std::pair{IDC_FIELD_MAX, "250"}, {IDC_FIELD_MIN, "1"}, {IDC_FIELD_SUFFIX_DELAY, "300"}})
-            set_control_text(screen, control, text);
+        step(IDC_FIELD_MAX, -1);
+        set_control_text(screen, IDC_FIELD_SUFFIX_DELAY, "300");
         click(screen, IDC_FIELD_DEFINE);
         press_key(VK_ESCAPE); // of "Lookup Choice"
         click(screen, IDC_FIELD_BARCODE_TYPES);
