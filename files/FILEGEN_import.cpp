@@ -13,6 +13,8 @@
 
 namespace {
 
+using VALUES = std::vector<std::string_view>; // of a row, in the order of the columns
+
 constexpr std::size_t PROGRESS_STEP = std::size_t{64} << 10; // bytes between two redraws
 constexpr std::size_t TRUNCATED_VALUE = 20;                  // characters
 
@@ -42,38 +44,34 @@ std::string_view clean_value(std::string_view value, const IMPORT_OPTIONS& optio
     return options.strip_trunc ? value.substr(0, TRUNCATED_VALUE) : value;
 }
 
-std::string_view value_of(const FIELD_DESCRIPTOR& field, const std::string& row) {
-    return row.c_str() + field.offset; // up to its NUL
-}
-
 void name_field(FIELD_DESCRIPTOR& field, std::string_view name) {
     field.field_name = name.substr(0, IMPORT_NAME_SIZE);
     field.field_name.resize(IMPORT_NAME_SIZE, ' ');
 }
 
 bool add_chosen_values(const std::vector<FIELD_DESCRIPTOR>& fields, const IMPORT_OPTIONS& options,
-                       const std::string& row, std::int64_t* records) {
-    for (const FIELD_DESCRIPTOR& field : fields) {
-        if (field.import_field == 0)
+                       const VALUES& values, std::int64_t* records) {
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        if (fields[i].import_field == 0)
             continue;
-        if (add_record_entry(clean_value(value_of(field, row), options)) == 0)
+        if (add_record_entry(clean_value(values[i], options)) == 0)
             return false;
         ++*records;
     }
     return true;
 }
 
-// What both imports do once the columns are chosen. `read_row` leaves the next row in `row`, where the
-// fields' offsets find its values; it returns false when there is none.
+// What both imports do once the columns are chosen. `read_row` leaves a value for each column in `values`; it
+// returns false when there is no more row.
 template <typename READ_ROW>
 std::int64_t add_rows(WINDOW owner, const TEXT_SOURCE& source, const std::vector<FIELD_DESCRIPTOR>& fields,
-                      const IMPORT_OPTIONS& options, const std::string& row, READ_ROW read_row) {
+                      const IMPORT_OPTIONS& options, const VALUES& values, READ_ROW read_row) {
     const std::unique_ptr<STATUS_BOX, void (*)(STATUS_BOX*)> box(open_status_box(STATUS_OPEN_FILE),
                                                                  close_status_box);
     std::int64_t records = 0;
     std::size_t next_update = 0;
     while (read_row()) {
-        if (!add_chosen_values(fields, options, row, &records)) {
+        if (!add_chosen_values(fields, options, values, &records)) {
             show_warning(owner, OUT_OF_MEMORY_TEXT, MEMORY_CAPTION);
             return -1;
         }
@@ -157,27 +155,26 @@ std::optional<std::string_view> take_bytes(TEXT_SOURCE& source, std::size_t size
     return bytes;
 }
 
+std::string_view up_to_nul(std::string_view text) {
+    return text.substr(0, text.find('\0'));
+}
+
 // False when the source ends inside the descriptors.
 bool read_dbase_fields(TEXT_SOURCE& source, std::vector<FIELD_DESCRIPTOR>& fields) {
-    std::int32_t offset = 0;
     for (FIELD_DESCRIPTOR& field : fields) {
         const auto descriptor = take_bytes(source, DBASE_DESCRIPTOR_SIZE);
         if (!descriptor)
             return false;
-        const std::string_view name = descriptor->substr(0, DBASE_NAME_SIZE);
-        name_field(field, name.substr(0, name.find('\0')));
+        name_field(field, up_to_nul(descriptor->substr(0, DBASE_NAME_SIZE)));
         field.field_length = static_cast<std::uint8_t>((*descriptor)[DBASE_FIELD_LENGTH]);
-        field.offset = offset;
-        offset += field.field_length + 1;
     }
     take_bytes(source, DBASE_TERMINATOR_SIZE);
     return true;
 }
 
-// Puts the next row that is not deleted into `row`, which is as long as all its values with their NULs. False
-// when there is none.
+// Finds the values of the next row that is not deleted. False when there is none.
 bool read_dbase_record(TEXT_SOURCE& source, const std::vector<FIELD_DESCRIPTOR>& fields,
-                       std::size_t dbase_record_length, std::string& row) {
+                       std::size_t dbase_record_length, VALUES& values) {
     for (;;) {
         source.position = source.bytes.find_first_of(DBASE_STATUSES, source.position);
         source.position = std::min(source.position, source.bytes.size());
@@ -188,11 +185,12 @@ bool read_dbase_record(TEXT_SOURCE& source, const std::vector<FIELD_DESCRIPTOR>&
             break;
         take_bytes(source, std::max(dbase_record_length, std::size_t{1}) - 1);
     }
+    values.clear();
     for (const FIELD_DESCRIPTOR& field : fields) {
         const auto value = take_bytes(source, field.field_length);
         if (!value)
             return false;
-        value->copy(row.data() + field.offset, value->size());
+        values.push_back(up_to_nul(*value));
     }
     return true;
 }
@@ -206,11 +204,9 @@ std::int64_t import_dbase(WINDOW owner, TEXT_SOURCE& source) {
     IMPORT_OPTIONS options;
     if (!read_dbase_fields(source, fields) || !choose_import_fields(owner, fields, options))
         return -1;
-    const std::size_t row_size =
-        fields.empty() ? 0 : static_cast<std::size_t>(fields.back().offset) + fields.back().field_length + 1;
-    std::string row(row_size, '\0');
-    return add_rows(owner, source, fields, options, row,
-                    [&] { return read_dbase_record(source, fields, table->dbase_record_length, row); });
+    VALUES values;
+    return add_rows(owner, source, fields, options, values,
+                    [&] { return read_dbase_record(source, fields, table->dbase_record_length, values); });
 }
 
 // Comma-separated text.
@@ -225,19 +221,37 @@ int blank_line(std::string_view str) {
     return str.find_first_not_of(' ') == std::string_view::npos ? 1 : 0;
 }
 
-// Takes all that is not printable out of the row, from `begin` on.
-void filter_ascii_string(std::string& row, std::size_t begin) {
-    const auto printable_end =
-        std::remove_if(row.begin() + static_cast<std::ptrdiff_t>(begin), row.end(),
-                       [](char character) { return character < ' ' || character > '~'; });
-    row.erase(printable_end, row.end());
+bool is_unprintable(char character) {
+    return character < ' ' || character > '~';
+}
+
+// Looks at all characters, so that the compiler can take many at a time.
+bool holds_unprintable(std::string_view text) {
+    bool any = false;
+    for (const char character : text)
+        any |= is_unprintable(character);
+    return any;
+}
+
+// Moves the printable characters of [source, end) to its front. Returns their number.
+std::size_t filter_ascii_string(char* source, char* end) {
+    return static_cast<std::size_t>(std::remove_if(source, end, is_unprintable) - source);
 }
 
 bool character_at(std::string_view line, std::size_t index, char character) {
     return index < line.size() && line[index] == character;
 }
 
-int read_text_ascii_record(WINDOW owner, TEXT_SOURCE& source, std::string& line, std::string& row) {
+// What the values of a row take up in its buffer, each with a NUL behind it.
+std::size_t row_size(const VALUES& values) {
+    std::size_t size = values.size();
+    for (const std::string_view value : values)
+        size += value.size();
+    return size;
+}
+
+// The values of the next row lie in `line`.
+int read_text_ascii_record(WINDOW owner, TEXT_SOURCE& source, std::string& line, VALUES& values) {
     do {
         if (read_line(source, line, ASCII_RECORD_LIMIT) == 0)
             return NO_MORE_ROWS;
@@ -246,48 +260,38 @@ int read_text_ascii_record(WINDOW owner, TEXT_SOURCE& source, std::string& line,
             show_warning(owner, "ASCII file contains lines greater than 1024 chars long");
             return ROW_REFUSED;
         }
-        std::erase(line, '\0'); // no value can hold one, and text of two-byte characters is full of them
+        if (line.find('\0') != std::string::npos)
+            std::erase(line, '\0'); // no value can hold one, and text of two-byte characters is full of them
     } while (blank_line(line) == 1);
-    row.clear();
-    parse_buffer(line, row);
-    if (row.size() <= ASCII_RECORD_LIMIT)
+    parse_buffer(line, values);
+    if (row_size(values) <= ASCII_RECORD_LIMIT)
         return ROW_READ;
     show_warning(owner, "Conversion Error - Fields could not fit into buffer.");
     return ROW_REFUSED;
 }
 
-// Columns beyond the values of the row get an empty one.
-void point_at_values(std::vector<FIELD_DESCRIPTOR>& fields, const std::string& row) {
-    std::size_t offset = 0;
-    for (FIELD_DESCRIPTOR& field : fields) {
-        field.offset = static_cast<std::int32_t>(offset);
-        offset = std::min(offset + value_of(field, row).size() + 1, row.size());
-    }
-}
-
 std::int64_t import_text(WINDOW owner, TEXT_SOURCE& source) {
     std::string line;
-    std::string row;
+    VALUES values;
     source.position = 0;
-    const int first_row = read_text_ascii_record(owner, source, line, row);
+    const int first_row = read_text_ascii_record(owner, source, line, values);
     if (first_row == NO_MORE_ROWS)
         show_warning(owner, "Empty ASCII File.");
     if (first_row != ROW_READ)
         return 0;
 
-    std::vector<FIELD_DESCRIPTOR> fields(static_cast<std::size_t>(std::count(row.begin(), row.end(), '\0')));
-    point_at_values(fields, row);
-    for (FIELD_DESCRIPTOR& field : fields)
-        name_field(field, value_of(field, row));
+    std::vector<FIELD_DESCRIPTOR> fields(values.size());
+    for (std::size_t i = 0; i < fields.size(); ++i)
+        name_field(fields[i], values[i]);
     IMPORT_OPTIONS options;
     if (!choose_import_fields(owner, fields, options))
         return -1;
 
     source.position = 0; // the first row is data too
-    return add_rows(owner, source, fields, options, row, [&] {
-        if (read_text_ascii_record(owner, source, line, row) != ROW_READ)
+    return add_rows(owner, source, fields, options, values, [&] {
+        if (read_text_ascii_record(owner, source, line, values) != ROW_READ)
             return false;
-        point_at_values(fields, row);
+        values.resize(fields.size()); // a column beyond the row's values gets an empty one
         return true;
     });
 }
@@ -302,37 +306,39 @@ std::int64_t read_dbase_file(WINDOW owner, TEXT_SOURCE& source) {
     return import_file(owner, source, import_dbase);
 }
 
-int parse_buffer(std::string_view line, std::string& row) {
-    int values = 0;
+std::size_t parse_buffer(std::string& line, std::vector<std::string_view>& values) {
+    const std::string_view text = line;
+    const bool filter = holds_unprintable(text);
+    values.clear();
     std::size_t i = 0;
-    while (i < line.size()) {
-        const bool first = values == 0;
-        const bool comma = line[i] == ',';
-        const bool quote = line[i] == '"';
+    while (i < text.size()) {
+        const bool first = values.empty();
+        const bool comma = text[i] == ',';
+        const bool quote = text[i] == '"';
         std::size_t begin = i;
         if (quote || (comma && !first))
             ++begin;
-        const bool quote_after_comma = comma && !first && character_at(line, begin, '"');
+        const bool quote_after_comma = comma && !first && character_at(text, begin, '"');
         if (quote_after_comma)
             ++begin;
         const std::size_t end =
-            std::min(line.find(quote || quote_after_comma ? '"' : ',', begin), line.size());
+            std::min(text.find(quote || quote_after_comma ? '"' : ',', begin), text.size());
         i = end;
-        if (quote && character_at(line, end + 1, ','))
+        if (quote && character_at(text, end + 1, ','))
             ++i;
         if (!first || end > begin) {
             ++i;
-            if (!quote_after_comma && character_at(line, i, ','))
+            if (!quote_after_comma && character_at(text, i, ','))
                 --i; // so that the comma is seen as the next separator
         }
-        const std::size_t value = row.size();
-        row.append(line.substr(begin, end - begin));
-        // The row's very first character stays whatever it is.
-        filter_ascii_string(row, std::min(std::max(value, std::size_t{1}), row.size()));
-        row.push_back('\0');
-        ++values;
+        std::size_t size = end - begin;
+        if (filter && size > 0) {
+            const std::size_t kept = first ? 1 : 0; // the row's very first character stays whatever it is
+            size = kept + filter_ascii_string(line.data() + begin + kept, line.data() + end);
+        }
+        values.push_back(text.substr(begin, size));
     }
-    return values;
+    return values.size();
 }
 
 std::int64_t read_text_ascii_file(WINDOW owner, TEXT_SOURCE& source) {
