@@ -138,8 +138,8 @@ class CommandTest(ProgramTest):
             self.assertEqual(program.exit(), 0)
 
     def test_screens_that_come_later_say_so(self):
-        later = [ID.CMD_LOOKUP_EDITOR, ID.CMD_DATA_EDITOR, ID.CMD_LIBRARIAN, ID.CMD_NON_PORTABLE, ID.CMD_WEDGE,
-                 ID.CMD_SETUP_TRANSMIT, ID.CMD_SETUP_OTHER, ID.CMD_UPGRADE, ID.CMD_MONITOR,
+        later = [ID.CMD_LIBRARIAN, ID.CMD_NON_PORTABLE, ID.CMD_WEDGE, ID.CMD_SETUP_TRANSMIT, ID.CMD_SETUP_OTHER,
+                 ID.CMD_UPGRADE, ID.CMD_MONITOR,
                  *range(ID.CMD_CODE39, ID.CMD_BAR_OTHER + 1)]
         with Program() as program:
             for command in later:
