@@ -10,6 +10,8 @@
 #include "app/settings.h"
 #include "comm/PCOM.h"
 #include "comm/PCOM_screens.h"
+#include "files/FILEGEN.h"
+#include "files/FILEGEN_screens.h"
 #include "program/Prog_screens.h"
 #include "resources/define.h"
 #include "setup/SETUP.h"
@@ -69,6 +71,14 @@ void run_auto_receive(HWND hwnd) {
     auto_receive_flag = true;
     run_dialog(DLG_SEND_RECEIVE, hwnd, SENDRECEIVEPROC, ACTION_RECEIVE);
     auto_receive_flag = false;
+}
+
+void run_lookup_editor(HWND hwnd) {
+    file_generation(LOOKUP_FILE_EDITED, hwnd);
+}
+
+void run_data_editor(HWND hwnd) {
+    file_generation(DATA_FILE_EDITED, hwnd);
 }
 
 void open_setup(HWND hwnd) {
@@ -137,8 +147,8 @@ struct COMMAND {
 
 const COMMAND COMMANDS[] = {
     {.id = CMD_PROGRAMMING, .dialog = DLG_PROGRAMMING, .dialog_procedure = PROGRAMMINGPROC},
-    {.id = CMD_LOOKUP_EDITOR, .run = screen_comes_later},
-    {.id = CMD_DATA_EDITOR, .run = screen_comes_later},
+    {.id = CMD_LOOKUP_EDITOR, .run = run_lookup_editor},
+    {.id = CMD_DATA_EDITOR, .run = run_data_editor},
     {.id = CMD_LIBRARIAN, .run = screen_comes_later},
     {.id = CMD_EXIT, .run = leave},
     {.id = CMD_COMM_SETUP, .dialog = DLG_COMM_SETUP, .dialog_procedure = SETUPPROC},

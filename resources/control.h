@@ -337,3 +337,38 @@
 // Non Portable Mode
 #define IDC_NONPORT_WEDGE 1721 // the modes in the order of their numbers
 #define IDC_NONPORT_SERIAL 1722
+
+// File editor
+#define IDC_FILE_NAME_LABEL 2101
+#define IDC_FILE_NAME 2102
+#define IDC_FILE_PROGRAM_LABEL 2103
+#define IDC_FILE_PROGRAM 2104
+#define IDC_FILE_RECORDS_LABEL 2105
+#define IDC_FILE_SCROLL 2106
+#define IDC_FILE_ADD 2107
+#define IDC_FILE_INSERT 2108
+#define IDC_FILE_DELETE 2109
+#define IDC_FILE_REP_ADD 2110
+#define IDC_FILE_REP_INSERT 2111
+#define IDC_FILE_REP_DELETE 2112
+#define IDC_FILE_NUMBER 2120 // the first of thirteen
+#define IDC_FILE_LINE 2140   // the first of thirteen
+
+// Repetitive edits
+#define IDC_REPEAT_COUNT 2161
+#define IDC_REPEAT_COUNT_SPIN 2162
+#define IDC_REPEAT_INTERVAL 2163
+#define IDC_REPEAT_START 2164
+#define IDC_REPEAT_START_SPIN 2165
+#define IDC_REPEAT_DATA 2166
+
+// Translate Database File; its Translate button is IDOK
+#define IDC_IMPORT_FIELDS 2171
+#define IDC_IMPORT_LEAD_SPACES 2172
+#define IDC_IMPORT_TRAIL_SPACES 2173
+#define IDC_IMPORT_ZEROES 2174
+#define IDC_IMPORT_TRUNCATE 2175
+
+// Save Lookup File Choice
+#define IDC_FORMAT_SYSTEM 2181
+#define IDC_FORMAT_ASCII 2182

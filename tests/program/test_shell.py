@@ -138,7 +138,7 @@ class CommandTest(ProgramTest):
             self.assertEqual(program.exit(), 0)
 
     def test_screens_that_come_later_say_so(self):
-        later = [ID.CMD_LOOKUP_EDITOR, ID.CMD_DATA_EDITOR, ID.CMD_LIBRARIAN, ID.CMD_UPGRADE, ID.CMD_MONITOR]
+        later = [ID.CMD_LIBRARIAN, ID.CMD_UPGRADE, ID.CMD_MONITOR]
         with Program() as program:
             for command in later:
                 program.command(command)
