@@ -98,7 +98,8 @@ TEST(MemoryTest, EveryOperationLaysTheChunksOutByTheShiftRules) {
         {{{20000, 12000}}, 'i', 1, 20768, 3, "a20000 | [x20768] | b12000", 'x'},
         {{{30000, 2000}, {9}}, 'r', 1, 2767, 3, "a30000 | [x2767] | c9", 'x'},
         {{{30000, 1000, 1000}, {9}}, 'r', 1, 1768, 3, "a30000 | [x1768 c1000] | d9", 'x'},
-        {{{20000, 12000}}, 'r', 0, 20768, 2, "[x20768] | b12000", 'x'},
+        {{{2, 32000}}, 'r', 0, 767, 2, "[x767] | b32000", 'x'},
+        {{{2, 10, 30000}}, 'r', 1, 2768, 2, "[a2 x2768] | c30000", 'x'},
         {{{10000, 10, 20000}}, 'r', 1, 25000, 3, "a10000 | [x25000] | c20000", 'x'},
         {{{10000, 10, 20000}}, 'r', 1, 25000, 2, "", 0},
         {{{9, 8}, {7}}, 'r', 1, 3, 2, "[a9 x3] | c7", 'x'},
@@ -137,7 +138,6 @@ TEST(MemoryTest, AMillionOperationsKeepTheStoreLikeAVector) {
         std::ranges::replace_if(
             held, [](char byte) { return byte == '\xFE' || byte == '\xFF'; }, '?');
         const bool holdable = (held + std::string(text.size() - held.size(), '\0')) == text;
-
         const std::size_t place = random() % (model.size() + 1);
         const bool at_end = place == model.size();
         const auto at = model.begin() + static_cast<std::ptrdiff_t>(place);
