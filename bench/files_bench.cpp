@@ -1,1 +1,74 @@
 // Benchmarks of the record store and of lookup and data files.
+#include "app/files.h"
+#include "files/FILEGEN_import.h"
+#include "files/MEMORY.h"
+
+#include <benchmark/benchmark.h>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+// Import of 100 MB, all columns taken: at most four times as long as reading its lines with std::getline.
+
+bool choose_import_fields(WINDOW, std::vector<FIELD_DESCRIPTOR>& fields, IMPORT_OPTIONS&) {
+    for (FIELD_DESCRIPTOR& field : fields)
+        field.import_field = 1;
+    return true;
+}
+
+namespace {
+
+constexpr std::size_t IMPORT_SIZE = 100'000'000; // bytes
+constexpr std::string_view TEXT_ROW = "4006381333931,Ballpoint pen,\"blue, fine\",  0012,1.95\r\n";
+constexpr std::string_view DBASE_ROW = " 4006381333931Ballpoint pen       0012   1.95blue, fine      ";
+double getline_seconds = 0; // 0 while it has not run
+
+std::string dbase_start() {
+    std::string bytes = "\x03\x1A\x0B\x15" + std::string(4, '\0') + "\xC1" + std::string(23, '\0');
+    for (const int length : {13, 20, 4, 7, 16})
+        bytes += "COLUMN" + std::string(10, '\0') + static_cast<char>(length) + std::string(15, '\0');
+    return bytes + "\r";
+}
+
+// Runs `work` on a file of `start` and rows up to IMPORT_SIZE. Returns the seconds that one run took.
+template <typename WORK>
+double measure_rows(benchmark::State& state, std::string start, std::string_view row, WORK work) {
+    const std::string name = (std::filesystem::temp_directory_path() / "tolvan_bench.import").string();
+    while (start.size() < IMPORT_SIZE)
+        start += row;
+    std::ofstream(name, std::ios::binary) << start;
+    const auto begin = std::chrono::steady_clock::now();
+    for (auto _ : state)
+        work(name);
+    const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - begin;
+    std::filesystem::remove(name);
+    return passed.count() / static_cast<double>(state.iterations());
+}
+
+void read_lines(benchmark::State& state) {
+    getline_seconds = measure_rows(state, "", TEXT_ROW, [](const std::string& name) {
+        std::ifstream file(name, std::ios::binary);
+        for (std::string line; std::getline(file, line);)
+            benchmark::DoNotOptimize(line.data());
+    });
+}
+BENCHMARK(read_lines)->Name("import/getline_only")->Unit(benchmark::kMillisecond);
+
+void import_rows(benchmark::State& state, const std::string& start, std::string_view row,
+                 std::int64_t (*import)(WINDOW, TEXT_SOURCE&)) {
+    const double seconds = measure_rows(state, start, row, [import](const std::string& name) {
+        initialize_memory();
+        const auto bytes = read_whole_file(open_file(name, "rb").get());
+        TEXT_SOURCE source{*bytes};
+        if (import(nullptr, source) < static_cast<std::int64_t>(IMPORT_SIZE / 100))
+            std::abort();
+    });
+    if (getline_seconds > 0)
+        state.counters["times_getline"] = seconds / getline_seconds; // at most 4 wanted
+}
+BENCHMARK_CAPTURE(import_rows, text, "", TEXT_ROW, read_text_ascii_file)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(import_rows, dbase, dbase_start(), DBASE_ROW, read_dbase_file)
+    ->Unit(benchmark::kMillisecond);
+
+} // namespace

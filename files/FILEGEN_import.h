@@ -16,7 +16,6 @@ struct FIELD_DESCRIPTOR {
     std::string field_name;
     std::uint8_t field_length = 0; // bytes; of a dBase field
     std::uint8_t import_field = 0; // 1: takes part
-    std::int32_t offset = 0;       // of its value in the row
 };
 
 struct IMPORT_OPTIONS {
@@ -33,7 +32,16 @@ bool choose_import_fields(WINDOW owner, std::vector<FIELD_DESCRIPTOR>& fields, I
 // 1 when the bytes start with a dBase header, else 0.
 int is_dbase_file(std::string_view bytes);
 
-// Both import into the store and return the number of records added, or -1 when cancelled or out of memory,
-// or 0 after an error (reported; what was added stays).
+// Splits a line (without its end and without a NUL) at its commas and returns the number of values. They lie
+// in the line, which is changed where they held what is not printable.
+//
+// A quote means something only where a value starts, up to the next quote. What follows a closing quote
+// before the next comma is a value of its own. A comma that ends the line adds a value only when the line
+// starts with an empty value and all behind that one are quoted.
+std::size_t parse_buffer(std::string& line, std::vector<std::string_view>& values);
+
+// Both start at the front of the source, import into the store and return the number of records added. An
+// error ends the text import with what was added before it (reported). -1 when the operator cancelled, the
+// header of the dBase table is cut (not reported), or memory ran out (reported; what was added stays).
 std::int64_t read_dbase_file(WINDOW owner, TEXT_SOURCE& source);
 std::int64_t read_text_ascii_file(WINDOW owner, TEXT_SOURCE& source);
