@@ -95,19 +95,6 @@ unsigned edit_number(HWND dialog, int control) {
     return number;
 }
 
-std::optional<unsigned> step_value(unsigned value, int direction, const STEP_RANGE& range) {
-    const bool up = direction > 0;
-    const unsigned limit = up ? range.highest : range.lowest;
-    const unsigned other_limit = up ? range.lowest : range.highest;
-    if (range.wraps && (value < range.lowest || value > range.highest || value == limit))
-        return other_limit;
-    if (up ? value >= limit : value <= limit) {
-        beep();
-        return {};
-    }
-    return up ? value + std::min(range.step, limit - value) : value - std::min(range.step, value - limit);
-}
-
 void step_edit(HWND dialog, int control, int direction, const STEP_RANGE& range) {
     if (const auto value = step_value(edit_number(dialog, control), direction, range))
         SetDlgItemInt(dialog, control, *value, FALSE);

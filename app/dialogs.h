@@ -1,9 +1,10 @@
 // What every dialog shares: its place on the screen, filters on controls, steppers, toolbars.
 #pragma once
 
+#include "app/steps.h"
+
 #include <windows.h>
 
-#include <optional>
 #include <span>
 #include <string>
 
@@ -33,18 +34,6 @@ LRESULT CALLBACK INTPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 
 // The number in an edit: leading digits, 0 when there are none or they do not fit.
 unsigned edit_number(HWND dialog, int control);
-
-// How arrows step a number: between two limits, by `step`. At a limit the value stays, with a beep, or it
-// `wraps` around to the other one; then a value outside the limits counts as being at the limit that is left.
-struct STEP_RANGE {
-    unsigned lowest;
-    unsigned highest;
-    bool wraps = false;
-    unsigned step = 1;
-};
-
-// The value one step on; `direction` is above 0 for up. Nothing when the limit holds it back, after the beep.
-std::optional<unsigned> step_value(unsigned value, int direction, const STEP_RANGE& range);
 
 // One step of a numeric edit by its arrows. The text typed so far takes part.
 void step_edit(HWND dialog, int control, int direction, const STEP_RANGE& range);

@@ -33,6 +33,17 @@ bool write_file(const std::string& name, std::string_view bytes) {
     return std::fclose(file.release()) == 0 && written;
 }
 
+bool save_through_sibling(const std::string& name, std::string_view bytes, std::optional<int> checksum_type) {
+    const std::string sibling = sibling_name(name);
+    if (sibling.empty())
+        return false;
+    if (write_file(sibling, bytes) && (!checksum_type || write_checksum(sibling, *checksum_type)) &&
+        replace_file(sibling, name))
+        return true;
+    static_cast<void>(std::remove(sibling.c_str())); // best effort: it is only a left-over
+    return false;
+}
+
 std::string_view unread_bytes(const BYTE_READER& reader) {
     return reader.bytes.substr(std::min(reader.position, reader.bytes.size()));
 }
@@ -88,13 +99,11 @@ std::optional<std::string> read_whole_file(std::FILE* file) {
 }
 
 bool save_with_checksum(const std::string& name, std::string_view bytes, int checksum_type) {
-    const std::string sibling = sibling_name(name);
-    if (sibling.empty())
-        return false;
-    if (write_file(sibling, bytes) && write_checksum(sibling, checksum_type) && replace_file(sibling, name))
-        return true;
-    static_cast<void>(std::remove(sibling.c_str())); // best effort: it is only a left-over
-    return false;
+    return save_through_sibling(name, bytes, checksum_type);
+}
+
+bool save_whole_file(const std::string& name, std::string_view bytes) {
+    return save_through_sibling(name, bytes, {});
 }
 
 std::uint8_t read_byte(BYTE_READER& reader) {
@@ -119,6 +128,13 @@ std::string_view read_string(BYTE_READER& reader) {
     reader.position += length;
     read_byte(reader);
     return rest.substr(0, length);
+}
+
+std::string_view read_block(BYTE_READER& reader, std::size_t size) {
+    const std::string_view block = unread_bytes(reader).substr(0, size);
+    reader.position += size;
+    reader.past_end |= block.size() < size;
+    return block;
 }
 
 void append_byte(std::string& image, std::uint8_t value) {

@@ -32,6 +32,9 @@ std::optional<std::string> read_whole_file(std::FILE* file);
 // place of `name`. False when any step fails: the old file is then as it was and the sibling is gone.
 bool save_with_checksum(const std::string& name, std::string_view bytes, int checksum_type);
 
+// The same for a file that carries no checksum.
+bool save_whole_file(const std::string& name, std::string_view bytes);
+
 // Reads a file image from the front. Reading past the end yields zeros, ends a text, and is remembered.
 struct BYTE_READER {
     std::string_view bytes;
@@ -44,6 +47,9 @@ std::uint32_t read_long(BYTE_READER& reader); // big-endian
 
 // The bytes up to the next NUL, which is consumed. They lie in the reader's image.
 std::string_view read_string(BYTE_READER& reader);
+
+// The next `size` bytes, or those that are left. They lie in the reader's image.
+std::string_view read_block(BYTE_READER& reader, std::size_t size);
 
 // Appends to a file image; numbers big-endian, a text with its NUL.
 void append_byte(std::string& image, std::uint8_t value);

@@ -10,9 +10,12 @@
 #include "app/settings.h"
 #include "comm/PCOM.h"
 #include "comm/PCOM_screens.h"
+#include "files/FILEGEN.h"
+#include "files/FILEGEN_screens.h"
 #include "program/Prog_screens.h"
 #include "resources/define.h"
 #include "setup/SETUP.h"
+#include "setup/SETUP_screens.h"
 
 #include <commctrl.h>
 
@@ -68,6 +71,14 @@ void run_auto_receive(HWND hwnd) {
     auto_receive_flag = true;
     run_dialog(DLG_SEND_RECEIVE, hwnd, SENDRECEIVEPROC, ACTION_RECEIVE);
     auto_receive_flag = false;
+}
+
+void run_lookup_editor(HWND hwnd) {
+    file_generation(LOOKUP_FILE_EDITED, hwnd);
+}
+
+void run_data_editor(HWND hwnd) {
+    file_generation(DATA_FILE_EDITED, hwnd);
 }
 
 void open_setup(HWND hwnd) {
@@ -134,39 +145,39 @@ struct COMMAND {
     DLGPROC dialog_procedure = nullptr;
 };
 
-constexpr COMMAND COMMANDS[] = {
+const COMMAND COMMANDS[] = {
     {.id = CMD_PROGRAMMING, .dialog = DLG_PROGRAMMING, .dialog_procedure = PROGRAMMINGPROC},
-    {.id = CMD_LOOKUP_EDITOR, .run = screen_comes_later},
-    {.id = CMD_DATA_EDITOR, .run = screen_comes_later},
+    {.id = CMD_LOOKUP_EDITOR, .run = run_lookup_editor},
+    {.id = CMD_DATA_EDITOR, .run = run_data_editor},
     {.id = CMD_LIBRARIAN, .run = screen_comes_later},
     {.id = CMD_EXIT, .run = leave},
     {.id = CMD_COMM_SETUP, .dialog = DLG_COMM_SETUP, .dialog_procedure = SETUPPROC},
     {.id = CMD_SEND, .run = run_send},
     {.id = CMD_RECEIVE, .run = run_receive},
     {.id = CMD_AUTO_RECEIVE, .run = run_auto_receive},
-    {.id = CMD_NON_PORTABLE, .run = screen_comes_later},
-    {.id = CMD_WEDGE, .run = screen_comes_later},
-    {.id = CMD_SETUP_TRANSMIT, .run = screen_comes_later},
-    {.id = CMD_SETUP_OTHER, .run = screen_comes_later},
+    {.id = CMD_NON_PORTABLE, .dialog = DLG_NON_PORTABLE, .dialog_procedure = NONPORTPROC},
+    {.id = CMD_WEDGE, .dialog = DLG_WEDGE, .dialog_procedure = KEYBOARDWEDGEPROC},
+    {.id = CMD_SETUP_TRANSMIT, .dialog = DLG_SETUP_TRANSMIT, .dialog_procedure = TRANSMITPROC},
+    {.id = CMD_SETUP_OTHER, .dialog = DLG_SETUP_OTHER, .dialog_procedure = OTHERPROC},
     {.id = CMD_OPEN_SETUP, .run = open_setup},
     {.id = CMD_SAVE_SETUP, .run = save_setup},
     {.id = CMD_RESET_SETUP, .run = reset_setup},
-    {.id = CMD_CODE39, .run = screen_comes_later},
-    {.id = CMD_UPC, .run = screen_comes_later},
-    {.id = CMD_EAN, .run = screen_comes_later},
-    {.id = CMD_ADDONS, .run = screen_comes_later},
-    {.id = CMD_I2OF5, .run = screen_comes_later},
-    {.id = CMD_CODABAR, .run = screen_comes_later},
-    {.id = CMD_CODE128, .run = screen_comes_later},
-    {.id = CMD_CODE93, .run = screen_comes_later},
-    {.id = CMD_MSI_PLESSEY, .run = screen_comes_later},
-    {.id = CMD_CODE11, .run = screen_comes_later},
-    {.id = CMD_TERMCHAR, .run = screen_comes_later},
-    {.id = CMD_AMBLES, .run = screen_comes_later},
-    {.id = CMD_BAR_EDIT, .run = screen_comes_later},
-    {.id = CMD_BAR_BEEPER, .run = screen_comes_later},
-    {.id = CMD_LASER_CCD, .run = screen_comes_later},
-    {.id = CMD_BAR_OTHER, .run = screen_comes_later},
+    {.id = CMD_CODE39, .dialog = DLG_CODE39, .dialog_procedure = CODE39PROC},
+    {.id = CMD_UPC, .dialog = DLG_UPC, .dialog_procedure = UPCPROC},
+    {.id = CMD_EAN, .dialog = DLG_EAN, .dialog_procedure = EANPROC},
+    {.id = CMD_ADDONS, .dialog = DLG_ADDONS, .dialog_procedure = SUPPROC},
+    {.id = CMD_I2OF5, .dialog = DLG_I2OF5, .dialog_procedure = I2OF5PROC},
+    {.id = CMD_CODABAR, .dialog = DLG_CODABAR, .dialog_procedure = CODABARPROC},
+    {.id = CMD_CODE128, .dialog = DLG_CODE128, .dialog_procedure = CODE128PROC},
+    {.id = CMD_CODE93, .dialog = DLG_CODE93, .dialog_procedure = CODE93PROC},
+    {.id = CMD_MSI_PLESSEY, .dialog = DLG_MSI_PLESSEY, .dialog_procedure = MSIPLESSEYPROC},
+    {.id = CMD_CODE11, .dialog = DLG_CODE11, .dialog_procedure = CODE11PROC},
+    {.id = CMD_TERMCHAR, .dialog = DLG_TERMCHAR, .dialog_procedure = TERMCHARPROC},
+    {.id = CMD_AMBLES, .dialog = DLG_AMBLES, .dialog_procedure = PRE_POST_AMBLEPROC},
+    {.id = CMD_BAR_EDIT, .dialog = DLG_BAR_EDIT, .dialog_procedure = BAREDITPROC},
+    {.id = CMD_BAR_BEEPER, .dialog = DLG_BAR_BEEPER, .dialog_procedure = BARBEEPPROC},
+    {.id = CMD_LASER_CCD, .dialog = DLG_LASER_CCD, .dialog_procedure = LASERCCDPROC},
+    {.id = CMD_BAR_OTHER, .dialog = DLG_BAR_OTHER, .dialog_procedure = BAROTHERPROC},
     {.id = CMD_UPGRADE, .run = screen_comes_later},
     {.id = CMD_MONITOR, .run = screen_comes_later},
     {.id = CMD_HELP_TOPICS, .run = show_help},

@@ -28,13 +28,18 @@ add_library(tolvan_screens OBJECT
     program/Prog_global.cpp
     program/Prog_lcd.cpp
     program/Prog_special.cpp
-    program/Prog_window.cpp)
+    program/Prog_window.cpp
+    setup/SETUP_barcodes.cpp
+    setup/SETUP_dialogs.cpp
+    setup/SETUP_options.cpp)
 target_link_libraries(tolvan_screens PUBLIC tolvan_logic comctl32 comdlg32 gdi32 ole32 shell32 user32 winmm)
 
+# The one resource script includes all that lies beside it.
 set(TOLVAN_RESOURCES resources/TolvanP.rc)
+file(GLOB TOLVAN_RESOURCE_PARTS CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/resources/*)
 set_source_files_properties(${TOLVAN_RESOURCES} PROPERTIES
     COMPILE_OPTIONS "-c;65001"
-    OBJECT_DEPENDS "${CMAKE_SOURCE_DIR}/resources/app.rc;${CMAKE_SOURCE_DIR}/resources/comm.rc;${CMAKE_SOURCE_DIR}/resources/files.rc;${CMAKE_SOURCE_DIR}/resources/program.rc;${CMAKE_SOURCE_DIR}/resources/field.rc;${CMAKE_SOURCE_DIR}/resources/options.rc;${CMAKE_SOURCE_DIR}/resources/lookup.rc;${CMAKE_SOURCE_DIR}/resources/define.h;${CMAKE_SOURCE_DIR}/resources/control.h;${CMAKE_SOURCE_DIR}/resources/toolbar.bmp;${CMAKE_SOURCE_DIR}/resources/programming_toolbar.bmp;${CMAKE_SOURCE_DIR}/resources/TolvanP.ico;${CMAKE_SOURCE_DIR}/resources/TolvanP.manifest")
+    OBJECT_DEPENDS "${TOLVAN_RESOURCE_PARTS}")
 
 add_executable(TolvanP WIN32 app/main.cpp ${TOLVAN_RESOURCES})
 target_include_directories(TolvanP PRIVATE ${CMAKE_SOURCE_DIR})
@@ -58,6 +63,7 @@ if(EXISTS ${GOOGLETEST_SOURCE}/CMakeLists.txt)
         tests/screens/options_screens_test.cpp
         tests/screens/program_screen_test.cpp
         tests/screens/screen_tests_main.cpp
+        tests/screens/setup_screens_test.cpp
         ${TOLVAN_RESOURCES})
     target_include_directories(screen_tests PRIVATE ${CMAKE_SOURCE_DIR})
     target_link_libraries(screen_tests PRIVATE tolvan_screens gtest)

@@ -21,3 +21,7 @@ int open_quendal_program_file(const std::string&) {
 int open_quendal_setup_file(const std::string&) {
     return refuse_quendal_file();
 }
+
+std::int64_t read_quendal_lookup_sys_file(const std::string&) {
+    return refuse_quendal_file();
+}

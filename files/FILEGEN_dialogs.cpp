@@ -1,1 +1,318 @@
+// The small dialogs around lookup and data files: repetitive edits, the choice of the columns to import and
+// of the format to save in.
+#include "files/FILEGEN_screens.h"
+
+#include "app/desktop.h"
+#include "app/dialogs.h"
 #include "files/FILEGEN.h"
+#include "files/FILEGEN_edits.h"
+#include "files/FILEGEN_import.h"
+#include "resources/control.h"
+#include "resources/define.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+namespace {
+
+constexpr WPARAM COUNT_LIMIT = 5; // characters that can be typed
+constexpr WPARAM START_LIMIT = 9;
+constexpr WPARAM DATA_LIMIT = 249;
+constexpr int ROW_MARGIN = 2;                // pixels around the text of an interval
+constexpr int IMPORT_TAB_STOPS[] = {12, 60}; // dialog units
+
+// --- repetitive edits ---
+
+void limit_number(HWND hDlg, int edit, int updown, WPARAM limit) {
+    install_filter(GetDlgItem(hDlg, edit), INTPROC);
+    prepare_stepper(hDlg, updown);
+    SendDlgItemMessageA(hDlg, edit, EM_LIMITTEXT, limit, 0);
+    SetDlgItemInt(hDlg, edit, 1, FALSE);
+}
+
+void finish_repeat(HWND hDlg, bool had_memory) {
+    if (!had_memory)
+        tell_out_of_memory(hDlg);
+    EndDialog(hDlg, 1);
+}
+
+void add_repeatedly(HWND hDlg) {
+    const unsigned count = edit_number(hDlg, IDC_REPEAT_COUNT);
+    if (count > MOST_REPEATS) {
+        show_message(hDlg, "Add " + std::to_string(count) + " fields greater than 65535.", "Repeating Add",
+                     MESSAGE_ICON::WARNING);
+        return;
+    }
+    show_hourglass();
+    finish_repeat(hDlg, repeat_add(count, control_text(hDlg, IDC_REPEAT_DATA)));
+}
+
+// Where the list counts, but holds no texts, a row is drawn from its number.
+void draw_interval(const DRAWITEMSTRUCT& item) {
+    if (item.itemID == static_cast<UINT>(-1)) // an empty list shows its focus
+        return;
+    const bool selected = (item.itemState & ODS_SELECTED) != 0;
+    const std::string text = interval_text(item.itemID + 1);
+    RECT place = item.rcItem;
+    FillRect(item.hDC, &place, GetSysColorBrush(selected ? COLOR_HIGHLIGHT : COLOR_WINDOW));
+    SetTextColor(item.hDC, GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
+    SetBkMode(item.hDC, TRANSPARENT);
+    InflateRect(&place, -ROW_MARGIN, 0);
+    DrawTextA(item.hDC, text.c_str(), -1, &place, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX);
+    if ((item.itemState & ODS_FOCUS) != 0)
+        DrawFocusRect(item.hDC, &item.rcItem);
+}
+
+int text_height(HWND hDlg) {
+    HDC dc = GetDC(hDlg);
+    HGDIOBJ old_font = SelectObject(dc, reinterpret_cast<HGDIOBJ>(SendMessageA(hDlg, WM_GETFONT, 0, 0)));
+    TEXTMETRICA metrics{};
+    GetTextMetricsA(dc, &metrics);
+    SelectObject(dc, old_font);
+    ReleaseDC(hDlg, dc);
+    return metrics.tmHeight;
+}
+
+void open_interval_dialog(HWND hDlg) {
+    center_window(hDlg);
+    HWND list = GetDlgItem(hDlg, IDC_REPEAT_INTERVAL);
+    SendMessageA(list, LB_SETITEMHEIGHT, 0, text_height(hDlg));
+    SendMessageA(list, LB_SETCOUNT, record_entry_total, 0);
+    SendMessageA(list, LB_SETCURSEL, 0, 0);
+    limit_number(hDlg, IDC_REPEAT_START, IDC_REPEAT_START_SPIN, START_LIMIT);
+    SendDlgItemMessageA(hDlg, IDC_REPEAT_DATA, EM_LIMITTEXT, DATA_LIMIT, 0);
+}
+
+void edit_at_intervals(HWND hDlg, bool inserts) {
+    const unsigned start = edit_number(hDlg, IDC_REPEAT_START);
+    if (start < 1 || start > record_entry_total) {
+        show_message(hDlg, "Starting with line# " + std::to_string(start) + " out of range.",
+                     "Repeating Delete", MESSAGE_ICON::WARNING); // of both dialogs
+        return;
+    }
+    const LRESULT row = SendDlgItemMessageA(hDlg, IDC_REPEAT_INTERVAL, LB_GETCURSEL, 0, 0);
+    const auto interval = static_cast<std::uint32_t>(std::max<LRESULT>(row, 0)) + 1;
+    show_hourglass();
+    finish_repeat(hDlg, inserts ? repeat_insert(start, interval, control_text(hDlg, IDC_REPEAT_DATA))
+                                : repeat_delete(start, interval));
+}
+
+INT_PTR run_interval_dialog(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam, bool inserts) {
+    switch (message) {
+    case WM_INITDIALOG:
+        open_interval_dialog(hDlg);
+        return TRUE;
+    case WM_DESTROY:
+        remove_filter(GetDlgItem(hDlg, IDC_REPEAT_START));
+        return TRUE;
+    case WM_DRAWITEM:
+        draw_interval(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
+        return TRUE;
+    case WM_NOTIFY:
+        if (const int direction = step_direction(lParam); direction != 0)
+            step_edit(hDlg, IDC_REPEAT_START, direction, {1, record_entry_total, true});
+        return FALSE;
+    case WM_COMMAND:
+        if (LOWORD(wParam) == IDOK)
+            edit_at_intervals(hDlg, inserts);
+        else if (LOWORD(wParam) == IDCANCEL)
+            EndDialog(hDlg, 0);
+        return TRUE;
+    default:
+        return FALSE;
+    }
+}
+
+// --- import ---
+
+struct IMPORT_CHOICE {
+    std::vector<FIELD_DESCRIPTOR>& fields;
+    IMPORT_OPTIONS& options;
+};
+
+constexpr struct {
+    int control;
+    bool IMPORT_OPTIONS::*option;
+} IMPORT_BOXES[] = {
+    {IDC_IMPORT_LEAD_SPACES, &IMPORT_OPTIONS::strip_lead_spaces},
+    {IDC_IMPORT_TRAIL_SPACES, &IMPORT_OPTIONS::strip_trail_spaces},
+    {IDC_IMPORT_ZEROES, &IMPORT_OPTIONS::strip_zeroes},
+    {IDC_IMPORT_TRUNCATE, &IMPORT_OPTIONS::strip_trunc},
+};
+
+IMPORT_CHOICE& import_choice(HWND hDlg) {
+    return *reinterpret_cast<IMPORT_CHOICE*>(GetWindowLongPtrA(hDlg, DWLP_USER));
+}
+
+std::string import_row(const FIELD_DESCRIPTOR& field) {
+    return (field.import_field != 0 ? "\tYes\t" : "\tNo\t") + field.field_name;
+}
+
+void add_row(HWND list, const std::string& row) {
+    SendMessageA(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(row.c_str()));
+}
+
+// Filter for the list of columns. It claims all keys, and gives back to the dialog what it does not need.
+LRESULT CALLBACK TOGGLEPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+    HWND hDlg = GetParent(hwnd);
+    const bool toggles = wParam == VK_RETURN || wParam == VK_SPACE; // characters of the same number
+    switch (message) {
+    case WM_GETDLGCODE:
+        return DLGC_WANTALLKEYS | call_own_procedure(hwnd, message, wParam, lParam);
+    case WM_KEYDOWN:
+        if (toggles)
+            SendMessageA(hDlg, WM_COMMAND, MAKEWPARAM(IDC_IMPORT_FIELDS, LBN_DBLCLK),
+                         reinterpret_cast<LPARAM>(hwnd));
+        else if (wParam == VK_TAB)
+            SendMessageA(hDlg, WM_NEXTDLGCTL, GetKeyState(VK_SHIFT) < 0, FALSE);
+        else if (wParam == VK_ESCAPE)
+            PostMessageA(hDlg, WM_COMMAND, IDCANCEL, 0);
+        else
+            break;
+        return 0;
+    case WM_KEYUP:
+    case WM_CHAR: // of Tab too: all rows start with one, and the list would search for it
+        if (toggles || wParam == VK_TAB || wParam == VK_ESCAPE)
+            return 0;
+        break;
+    default:
+        break;
+    }
+    return call_own_procedure(hwnd, message, wParam, lParam);
+}
+
+void open_import_dialog(HWND hDlg, const IMPORT_CHOICE& choice) {
+    center_window(hDlg);
+    HWND list = GetDlgItem(hDlg, IDC_IMPORT_FIELDS);
+    install_filter(list, TOGGLEPROC);
+    SendMessageA(list, LB_SETTABSTOPS, std::size(IMPORT_TAB_STOPS),
+                 reinterpret_cast<LPARAM>(IMPORT_TAB_STOPS));
+    for (const FIELD_DESCRIPTOR& field : choice.fields)
+        add_row(list, import_row(field));
+    add_row(list, "<End Of Fields>");
+    SendMessageA(list, LB_SETCURSEL, 0, 0);
+    for (const auto& box : IMPORT_BOXES)
+        CheckDlgButton(hDlg, box.control, choice.options.*box.option ? BST_CHECKED : BST_UNCHECKED);
+}
+
+void toggle_selected_column(HWND hDlg, IMPORT_CHOICE& choice) {
+    HWND list = GetDlgItem(hDlg, IDC_IMPORT_FIELDS);
+    const auto row = static_cast<WPARAM>(SendMessageA(list, LB_GETCURSEL, 0, 0));
+    if (row >= choice.fields.size()) // the end, or none
+        return;
+    FIELD_DESCRIPTOR& field = choice.fields[row];
+    field.import_field = field.import_field == 0 ? 1 : 0;
+    const WPARAM top = static_cast<WPARAM>(SendMessageA(list, LB_GETTOPINDEX, 0, 0));
+    SendMessageA(list, WM_SETREDRAW, FALSE, 0);
+    SendMessageA(list, LB_DELETESTRING, row, 0);
+    SendMessageA(list, LB_INSERTSTRING, row, reinterpret_cast<LPARAM>(import_row(field).c_str()));
+    SendMessageA(list, LB_SETTOPINDEX, top, 0);
+    SendMessageA(list, LB_SETCURSEL, row, 0);
+    SendMessageA(list, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(list, nullptr, TRUE);
+}
+
+INT_PTR CALLBACK EXTRACTDBASEPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_INITDIALOG:
+        SetWindowLongPtrA(hDlg, DWLP_USER, lParam);
+        open_import_dialog(hDlg, import_choice(hDlg));
+        return TRUE;
+    case WM_DESTROY:
+        remove_filter(GetDlgItem(hDlg, IDC_IMPORT_FIELDS));
+        return TRUE;
+    case WM_COMMAND:
+        if (wParam == MAKEWPARAM(IDC_IMPORT_FIELDS, LBN_DBLCLK)) {
+            toggle_selected_column(hDlg, import_choice(hDlg));
+        } else if (LOWORD(wParam) == IDOK) {
+            for (const auto& box : IMPORT_BOXES)
+                import_choice(hDlg).options.*box.option =
+                    IsDlgButtonChecked(hDlg, box.control) == BST_CHECKED;
+            EndDialog(hDlg, 1);
+        } else if (LOWORD(wParam) == IDCANCEL) {
+            EndDialog(hDlg, 0);
+        }
+        return TRUE;
+    default:
+        return FALSE;
+    }
+}
+
+// --- format ---
+
+INT_PTR CALLBACK LOOKUPFILECHOICEPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM /*lParam*/) {
+    switch (message) {
+    case WM_INITDIALOG:
+        center_window(hDlg);
+        CheckRadioButton(hDlg, IDC_FORMAT_SYSTEM, IDC_FORMAT_ASCII, IDC_FORMAT_SYSTEM);
+        return TRUE;
+    case WM_COMMAND:
+        if (LOWORD(wParam) == IDOK)
+            EndDialog(hDlg, IsDlgButtonChecked(hDlg, IDC_FORMAT_SYSTEM) == BST_CHECKED ? LOOKUP_SYSTEM_FILE
+                                                                                       : LOOKUP_ASCII_FILE);
+        else if (LOWORD(wParam) == IDCANCEL)
+            EndDialog(hDlg, 0);
+        return TRUE;
+    default:
+        return FALSE;
+    }
+}
+
+} // namespace
+
+std::string interval_text(unsigned n) {
+    static constexpr const char* FIRST_ONES[] = {"every", "every 2nd", "every 3rd"};
+    return n <= std::size(FIRST_ONES) ? FIRST_ONES[n - 1] : "every " + std::to_string(n) + "th";
+}
+
+void tell_out_of_memory(HWND owner) {
+    show_message(owner, OUT_OF_MEMORY_TEXT, MEMORY_CAPTION, MESSAGE_ICON::WARNING);
+}
+
+void show_hourglass() {
+    SetCursor(LoadCursorA(nullptr, IDC_WAIT));
+}
+
+INT_PTR CALLBACK REPEATADDPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_INITDIALOG:
+        center_window(hDlg);
+        limit_number(hDlg, IDC_REPEAT_COUNT, IDC_REPEAT_COUNT_SPIN, COUNT_LIMIT);
+        SendDlgItemMessageA(hDlg, IDC_REPEAT_DATA, EM_LIMITTEXT, DATA_LIMIT, 0);
+        return TRUE;
+    case WM_DESTROY:
+        remove_filter(GetDlgItem(hDlg, IDC_REPEAT_COUNT));
+        return TRUE;
+    case WM_NOTIFY:
+        if (const int direction = step_direction(lParam); direction != 0)
+            step_edit(hDlg, IDC_REPEAT_COUNT, direction, {1, MOST_REPEATS, true});
+        return FALSE;
+    case WM_COMMAND:
+        if (LOWORD(wParam) == IDOK)
+            add_repeatedly(hDlg);
+        else if (LOWORD(wParam) == IDCANCEL)
+            EndDialog(hDlg, 0);
+        return TRUE;
+    default:
+        return FALSE;
+    }
+}
+
+INT_PTR CALLBACK REPEATINSERTPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam) {
+    return run_interval_dialog(hDlg, message, wParam, lParam, true);
+}
+
+INT_PTR CALLBACK REPEATDELETEPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam) {
+    return run_interval_dialog(hDlg, message, wParam, lParam, false);
+}
+
+int choose_lookup_format(WINDOW owner) {
+    return static_cast<int>(run_dialog(DLG_LOOKUP_FORMAT, static_cast<HWND>(owner), LOOKUPFILECHOICEPROC));
+}
+
+bool choose_import_fields(WINDOW owner, std::vector<FIELD_DESCRIPTOR>& fields, IMPORT_OPTIONS& options) {
+    IMPORT_CHOICE choice{fields, options};
+    return run_dialog(DLG_IMPORT, static_cast<HWND>(owner), EXTRACTDBASEPROC,
+                      reinterpret_cast<LPARAM>(&choice)) == 1;
+}

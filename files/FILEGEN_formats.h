@@ -1,5 +1,7 @@
-// The formats of lookup and data files.
+// The formats of lookup and data files. Readers add to the record store, writers take all of it.
 #pragma once
+
+#include "app/TolvanP.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -7,6 +9,7 @@
 #include <string_view>
 
 inline constexpr std::size_t LINE_LIMIT = 251; // characters of a line; a longer one becomes several records
+inline constexpr char LOOKUP_FILE_TYPE = 'R';  // type byte of a lookup system file
 
 // A file read whole, from the front.
 struct TEXT_SOURCE {
@@ -18,5 +21,25 @@ struct TEXT_SOURCE {
 // the end of the file, else 1.
 int read_line(TEXT_SOURCE& source, std::string& input_str, std::size_t str_size);
 
+// Appends a text and a line end to a file image.
+void write_line(std::string& image, std::string_view output_str);
+
 // Adds every byte of a text to an 8-bit sum.
 void byte_checksum(std::string_view byte_str, std::uint8_t* checksum);
+
+// Every remaining line becomes a record. The number of records, or -1 when memory ran out (reported).
+std::int64_t read_tolvan_ascii_file(WINDOW owner, TEXT_SOURCE& source);
+
+// Appends every record as a line to a file image.
+void write_ascii_file(std::string& image);
+
+// Reads an open lookup system file from its start, with its name. The number of records; 0 when it is none or
+// ends too early; -1 when memory ran out or the checksum is wrong (reported; the records stay).
+std::int64_t read_lookup_sys_file(WINDOW owner, std::FILE* hfile);
+
+// Saves the store as a lookup system file. 1, or -1 when a record is too long for it (reported) or writing
+// failed; an old file is then as it was.
+int write_lookup_sys_file(WINDOW owner, const std::string& file_name);
+
+// Tells that memory ran out. Returns -1.
+int report_out_of_memory(WINDOW owner);

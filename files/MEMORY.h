@@ -10,12 +10,24 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <list>
+#include <memory>
 #include <string_view>
 
 inline constexpr std::size_t MEMCHUNK_SIZE = 32768; // bytes
 inline constexpr char MORE_RECORDS = '\xFE';
 inline constexpr char END_OF_RECORDS = '\xFF';
-inline constexpr std::size_t LONGEST_RECORD = MEMCHUNK_SIZE - 2; // characters: a NUL and the marker follow
+// Characters of a record: a NUL and the marker follow, and a gap is opened only below the chunk's size.
+inline constexpr std::size_t LONGEST_RECORD = MEMCHUNK_SIZE - 3;
+
+struct MEMCHUNK {
+    std::unique_ptr<char[]> data; // MEMCHUNK_SIZE bytes, the marker at `used`
+    std::size_t used = 0;         // bytes of records; 0 only in the last chunk
+    std::uint32_t records = 0;
+};
+extern std::list<MEMCHUNK> memchunks;
+extern std::list<MEMCHUNK>::iterator current_memchunk; // the one that the cursor is in
+extern std::size_t most_memchunks; // where memory counts as exhausted; no bound unless one is set
 
 // An empty store in place of the one there was; its cursor stands at the end marker. nullptr when memory is
 // exhausted: there is no store then.
@@ -23,6 +35,7 @@ char* initialize_memory();
 char* free_memchunks();
 void free_memblock(); // leaves no store
 
+// Each makes the chunk of its result the current one; nullptr when there is no store.
 char* goto_first_record();            // the first record, or the end marker
 char* goto_last_record();             // the end marker, where an appended record goes
 char* goto_next_record(char* record); // the end marker follows itself
@@ -31,13 +44,14 @@ char* goto_next_record(char* record); // the end marker follows itself
 char* goto_record(std::uint32_t number);
 std::uint32_t record_count(); // of the whole store, without walking the records
 
-// Opens a gap of `shift` bytes at the cursor, or removes the -shift bytes before it. Returns where the gap
-// starts, or the removed bytes stood; nullptr, and nothing has changed, when memory is exhausted.
+// Opens a gap of `shift` bytes at the cursor, which is for one record to be written there at once and counts
+// as it, or removes the -shift bytes before the cursor. Returns where the gap starts, or the record behind
+// the removed bytes; nullptr, and nothing has changed, when memory is exhausted or no chunk can hold the gap.
 char* mem_shift(char* place, int shift);
 
 // What the store cannot hold as it is (a byte above 0xFD, a text that is too long or holds a NUL) it changes:
 // such bytes become '?', the rest is cut off. changed_records counts the texts changed so since it was
-// cleared; the readers tell the operator.
+// cleared; the readers tell the operator. A text must not lie in the store itself.
 extern std::uint32_t changed_records;
 int add_record_entry(std::string_view text); // behind the last; 1, or 0 when memory is exhausted
 char* insert_record_entry(char* record, std::string_view text);  // before it; the new record, or nullptr

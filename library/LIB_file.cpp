@@ -37,10 +37,30 @@ bool is_library_member_type(unsigned char file_type) {
     return file_type == 'I' || file_type == 'R' || file_type == 'S';
 }
 
+std::uint8_t fold_type(std::uint8_t file_type) {
+    return static_cast<std::uint8_t>(file_type >= 'a' && file_type <= 'z' ? file_type - 'a' + 'A'
+                                                                          : file_type);
+}
+
 int extract_library_file(WINDOW owner, std::string&) {
     show_message(owner,
                  "This version cannot take a file out of a library yet.\n"
                  "If the file is no library, it is damaged.",
                  "Open File", MESSAGE_ICON::WARNING);
     return 0;
+}
+
+std::int64_t read_library_member(WINDOW owner, std::string name,
+                                 const std::function<std::int64_t(std::FILE*)>& read,
+                                 const char* cannot_open) {
+    const int extracted = extract_library_file(owner, name);
+    if (extracted != 1)
+        return extracted;
+    std::int64_t result = 0;
+    if (FILE_HANDLE file = open_file(name, "rb"))
+        result = read(file.get());
+    else
+        show_message(owner, cannot_open, "Open File", MESSAGE_ICON::WARNING);
+    static_cast<void>(std::remove(name.c_str())); // best effort: it is only a left-over
+    return result;
 }

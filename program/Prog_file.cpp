@@ -84,10 +84,8 @@ void forget_lookup() {
 }
 
 std::string read_name(BYTE_READER& reader) {
-    std::string name;
-    for (std::size_t i = 0; i < PROGRAM_NAME_SIZE; ++i)
-        name.push_back(static_cast<char>(read_byte(reader)));
-    return name.substr(0, name.find('\0'));
+    const std::string_view name = read_block(reader, PROGRAM_NAME_SIZE);
+    return std::string(name.substr(0, name.find('\0')));
 }
 
 void read_header(BYTE_READER& reader) {
@@ -160,23 +158,8 @@ int load_program_within_memory(std::FILE* file) {
     }
 }
 
-int load_extracted_program(const std::string& file_name) {
-    const FILE_HANDLE file = open_file(file_name, "rb");
-    if (!file) {
-        show_warning(CANNOT_OPEN, OPEN_CAPTION);
-        return 0;
-    }
-    return load_program_within_memory(file.get());
-}
-
-// Lets the operator pick a program out of a library; what was extracted is deleted whatever comes of it.
-int load_from_library(WINDOW owner, std::string file_name) {
-    const int extracted = extract_library_file(owner, file_name);
-    if (extracted != 1)
-        return extracted;
-    const int result = load_extracted_program(file_name);
-    static_cast<void>(std::remove(file_name.c_str())); // best effort: it is only a left-over
-    return result;
+int load_from_library(WINDOW owner, const std::string& file_name) {
+    return static_cast<int>(read_library_member(owner, file_name, load_program_within_memory, CANNOT_OPEN));
 }
 
 void append_field(std::string& image, const FIELD_DEFINITION& field) {

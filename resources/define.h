@@ -7,6 +7,7 @@
 #define MENU_MONITOR 3
 #define MENU_PROGRAMMING 4
 #define MENU_EDIT 5 // the context menu of escaped-text edits
+#define MENU_FILE_EDITOR 6
 #define BITMAP_MAIN_TOOLBAR 31
 #define BITMAP_PROGRAMMING_TOOLBAR 32
 #define ID_MAIN_TOOLBAR 17
@@ -50,7 +51,7 @@
 #define CMD_HELP_TOPICS 155
 #define CMD_ABOUT 156
 
-// Commands of the programming window; its Exit is CMD_EXIT
+// Commands of the programming window, whose Exit is CMD_EXIT, and of the file editor, whose Close is IDCANCEL
 #define CMD_SAVE 152
 #define CMD_OPEN 153
 #define CMD_NEW 154
@@ -82,3 +83,29 @@
 #define DLG_LOOKUP_CHOICE 225
 #define DLG_LOOKUP_TABLE 226
 #define DLG_LOOKUP_FILE 227
+#define DLG_CODE39 230
+#define DLG_UPC 231
+#define DLG_EAN 232
+#define DLG_ADDONS 233
+#define DLG_I2OF5 234
+#define DLG_CODABAR 235
+#define DLG_CODE128 236
+#define DLG_CODE93 237
+#define DLG_MSI_PLESSEY 238
+#define DLG_CODE11 239
+#define DLG_TERMCHAR 240
+#define DLG_AMBLES 241
+#define DLG_BAR_EDIT 242
+#define DLG_BAR_BEEPER 243
+#define DLG_LASER_CCD 244
+#define DLG_BAR_OTHER 245
+#define DLG_SETUP_TRANSMIT 246
+#define DLG_SETUP_OTHER 247
+#define DLG_WEDGE 248
+#define DLG_NON_PORTABLE 249
+#define DLG_FILE_EDITOR 250
+#define DLG_REPEAT_ADD 251
+#define DLG_REPEAT_INSERT 252
+#define DLG_REPEAT_DELETE 253
+#define DLG_IMPORT 254
+#define DLG_LOOKUP_FORMAT 255

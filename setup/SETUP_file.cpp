@@ -88,12 +88,6 @@ std::string setup_image() {
     return image;
 }
 
-// Setup files are taken with a type byte in either case.
-std::uint8_t fold_type(std::uint8_t file_type) {
-    return static_cast<std::uint8_t>(file_type >= 'a' && file_type <= 'z' ? file_type - 'a' + 'A'
-                                                                          : file_type);
-}
-
 // Fills the record from the bytes before the checksum. False when they end too early; what they did not hold
 // is then 0 or empty.
 bool read_setup(std::string_view data) {
@@ -124,23 +118,9 @@ unsigned char load_setup(std::FILE* file, const FILE_START& start) {
     return 1;
 }
 
-unsigned char load_extracted_setup(const std::string& filename) {
-    const FILE_HANDLE file = open_file(filename, "rb");
-    if (!file) {
-        show_warning(CANNOT_OPEN, OPEN_CAPTION);
-        return 0;
-    }
-    return load_setup(file.get(), read_file_start(file.get()));
-}
-
-// Lets the operator pick a setup out of a library; what was extracted is deleted whatever comes of it.
-unsigned char load_from_library(std::string filename) {
-    const int extracted = extract_library_file(nullptr, filename);
-    if (extracted != 1)
-        return static_cast<unsigned char>(extracted);
-    const unsigned char result = load_extracted_setup(filename);
-    static_cast<void>(std::remove(filename.c_str())); // best effort: it is only a left-over
-    return result;
+unsigned char load_from_library(const std::string& filename) {
+    const auto load_member = [](std::FILE* file) { return load_setup(file, read_file_start(file)); };
+    return static_cast<unsigned char>(read_library_member(nullptr, filename, load_member, CANNOT_OPEN));
 }
 
 } // namespace

@@ -6,20 +6,16 @@
 namespace {
 
 const std::string REFUSAL = "Cannot Save Program File.\n";
-const std::string INCREMENT_REFUSAL = REFUSAL + "Global Data Options >>\nAutoincrement Fields not Complete.";
-const std::string CALCULATION_REFUSAL =
-    REFUSAL + "Multiple Field Calculation Option>>\nAll Fields not Complete.";
+const std::string INCREMENT = "Global Data Options >>\nAutoincrement Fields not Complete.";
+const std::string CALCULATION = "Multiple Field Calculation Option>>\nAll Fields not Complete.";
 
 FIELD_DEFINITION placed(std::uint8_t start_row, std::uint8_t start_col, std::uint8_t end_row,
                         std::uint8_t end_col, std::uint8_t bit_values1 = 0,
                         std::uint8_t input_type = INPUT_DATA) {
     FIELD_DEFINITION field;
-    field.start_row = start_row;
-    field.start_col = start_col;
-    field.end_row = end_row;
-    field.end_col = end_col;
-    field.bit_values1 = bit_values1;
-    field.input_type = input_type;
+    std::tie(field.start_row, field.start_col, field.end_row, field.end_col) =
+        std::tuple(start_row, start_col, end_row, end_col);
+    std::tie(field.bit_values1, field.input_type) = std::tuple(bit_values1, input_type);
     return field;
 }
 
@@ -81,81 +77,74 @@ TEST_F(ProgramChecksTest, LookupDataGoesToTheFieldThatTheDefinitionNames) {
 
 TEST_F(ProgramChecksTest, RefusalsInTheirOrder) {
     const auto expect_refusal = [this](const std::string& text) {
-        expect_warning(text, "Save File");
+        expect_warning(REFUSAL + text, "Save File");
         EXPECT_EQ(save_program_file(path("PROGRAM.PGT")), 0);
         EXPECT_EQ(files_in_folder(), 0U);
     };
     init_programming();
-    expect_refusal(REFUSAL + "No User Input Fields Defined!");
+    expect_refusal("No User Input Fields Defined!");
     set_four_fields();
-    field_number(3).start_row = 1;
-    field_number(3).start_col = 9;
+    field_number(3) = placed(1, 9, 2, 9);
     field_number(4).input_source = SOURCE_LOOKUP_FILE;
     no_lookup_target = true;
     lookup_string = "FD1,PARTS";
     global_options = {2, 3, 0, 0, 1, 2, 0, 1};
     // All is wrong now but the number of fields; each time the fault that was reported is mended.
-    expect_refusal(REFUSAL + "Overlapping fields at Field #3!");
+    expect_refusal("Overlapping fields at Field #3!");
     field_number(3).start_col = 10;
-    expect_refusal(REFUSAL + "No Field for Lookup Data defined!");
+    expect_refusal("No Field for Lookup Data defined!");
     no_lookup_target = false;
-    expect_refusal(REFUSAL + "Lookup Data Dump Target Field\nis not the same field number as the\n"
-                             "field designated to receive lookup data.\n\n"
-                             "Adjust target field number to exclude any header fields.");
+    expect_refusal("Lookup Data Dump Target Field\nis not the same field number as the\n"
+                   "field designated to receive lookup data.\n\n"
+                   "Adjust target field number to exclude any header fields.");
     lookup_string = "FD3,PARTS";
-    expect_refusal(INCREMENT_REFUSAL);
+    expect_refusal(INCREMENT);
     EXPECT_EQ(field_number(3).data_manip_condition_handle, "0000") << "rewritten all the same";
     global_options.amount_to_inc = 5;
-    expect_refusal(CALCULATION_REFUSAL);
+    expect_refusal(CALCULATION);
     program_header.fields.assign(MAX_FIELDS + 1, placed(0, 0, 0, 9, NEW_SCREEN));
     global_options = {};
-    expect_refusal(REFUSAL + "Maximum number of Field Definitions allowed is 250.");
+    expect_refusal("Maximum number of Field Definitions allowed is 250.");
     program_header.fields.pop_back();
     EXPECT_EQ(save_program_file(path("PROGRAM.PGT")), 1);
 }
 
 TEST_F(ProgramChecksTest, OptionsAreCompleteOrUnset) {
-    const auto refusal = [](int compare, int increment, int amount, int one, int two, int result) {
-        set_four_fields();
-        global_options = {compare, increment, amount, 0, one, two, result, 1};
-        return update_counts_and_flags();
+    const std::pair<GLOBAL_DATA_OPTIONS, std::string> cases[] = {
+        {{0, 0, 5, 0, 0, 0, 0, 1}, ""},          {{1, 2, 5, 0, 1, 2, 3, 1}, ""},
+        {{1, 0, 5, 0, 1, 2, 3, 1}, INCREMENT},   {{0, 1, 5, 0, 1, 2, 3, 1}, INCREMENT},
+        {{1, 1, 5, 0, 1, 2, 3, 1}, INCREMENT},   {{1, 2, 0, 0, 1, 2, 3, 1}, INCREMENT},
+        {{1, 2, 5, 0, 1, 2, 2, 1}, CALCULATION}, {{1, 2, 5, 0, 9, 2, 3, 1}, CALCULATION},
     };
-    EXPECT_EQ(refusal(0, 0, 5, 0, 0, 0), "");
-    EXPECT_EQ(refusal(1, 2, 5, 1, 2, 3), "");
-    EXPECT_EQ(refusal(1, 2, 0, 0, 0, 0), INCREMENT_REFUSAL);
-    EXPECT_EQ(refusal(1, 0, 5, 0, 0, 0), INCREMENT_REFUSAL);
-    EXPECT_EQ(refusal(0, 1, 5, 0, 0, 0), INCREMENT_REFUSAL);
-    EXPECT_EQ(refusal(1, 1, 5, 0, 0, 0), INCREMENT_REFUSAL);
-    EXPECT_EQ(refusal(0, 0, 0, 1, 2, 0), CALCULATION_REFUSAL);
-    EXPECT_EQ(refusal(0, 0, 0, 1, 2, 2), CALCULATION_REFUSAL);
-    EXPECT_EQ(refusal(0, 0, 0, 1, 2, 9), CALCULATION_REFUSAL);
+    for (const auto& [options, refusal] : cases) {
+        set_four_fields();
+        global_options = options;
+        EXPECT_EQ(update_counts_and_flags(), refusal.empty() ? "" : REFUSAL + refusal);
+    }
 }
 
 TEST_F(ProgramChecksTest, FlagPassWritesTheOptionsIntoTheFields) {
-    set_four_fields();
-    for (auto& field : program_header.fields)
-        field.data_manip_source = field.bit_values2 = 0xFF;
-    global_options = {1, 2, 5, 0, 2, 1, 4, 3};
-    field_number(2).input_mask_handle = "AAA";
-    EXPECT_EQ(update_counts_and_flags(), "");
-    const int sources[] = {COMPARE_FIELD | NO_DUPLICATE_WARNING | CALCULATION_FIELD_TWO | OPERATOR_MULTIPLY,
-                           CALCULATION_FIELD_ONE, 0, CALCULATION_RESULT};
-    for (int number = 1; number <= 4; ++number) {
-        EXPECT_EQ(field_number(number).data_manip_source, sources[number - 1]) << number;
-        EXPECT_EQ(field_number(number).bit_values2, number == 2 ? 0xFF : 0xFE) << number;
-    }
-    EXPECT_EQ(field_number(1).bit_values1, HEADER_INPUT | NO_DUPLICATES);
-    EXPECT_EQ(field_number(2).input_mask_handle, "DDD");
-
-    field_number(2).input_mask_handle.clear();
-    const int operators[] = {OPERATOR_ADD, OPERATOR_ADD, OPERATOR_SUBTRACT, OPERATOR_MULTIPLY, 0,
-                             OPERATOR_ADD};
-    for (int number = 0; number < 6; ++number) {
-        global_options = {3, 2, 12345, 1, 2, 1, 4, number};
+    const std::pair<int, int> operators[] = {
+        {0, OPERATOR_ADD}, {1, OPERATOR_ADD}, {2, OPERATOR_SUBTRACT}, {3, OPERATOR_MULTIPLY}, {4, 0},
+        {5, OPERATOR_ADD}};
+    for (const auto& [chosen, bits] : operators) {
+        set_four_fields();
+        for (auto& field : program_header.fields)
+            field.data_manip_source = field.bit_values2 = 0xFF;
+        field_number(2).input_mask_handle = chosen == 0 ? "" : "AAA";
+        global_options = {1, 2, 12345, 0, 2, 1, 4, chosen};
         EXPECT_EQ(update_counts_and_flags(), "");
-        EXPECT_EQ(field_number(1).data_manip_source, CALCULATION_FIELD_TWO | operators[number]);
+        const int sources[] = {COMPARE_FIELD | NO_DUPLICATE_WARNING | CALCULATION_FIELD_TWO | bits,
+                               CALCULATION_FIELD_ONE, 0, CALCULATION_RESULT};
+        for (int number = 1; number <= 4; ++number) {
+            EXPECT_EQ(field_number(number).data_manip_source, sources[number - 1]) << number;
+            EXPECT_EQ(field_number(number).bit_values2, number == 2 ? 0xFF : 0xFE) << number;
+        }
+        EXPECT_EQ(field_number(1).bit_values1, HEADER_INPUT | NO_DUPLICATES);
+        EXPECT_EQ(field_number(2).input_mask_handle, chosen == 0 ? "D" : "DDD");
+        EXPECT_EQ(field_number(2).data_manip_condition_handle, "12345");
     }
-    EXPECT_EQ(field_number(3).data_manip_source, COMPARE_FIELD);
-    EXPECT_EQ(field_number(2).input_mask_handle, "D");
-    EXPECT_EQ(field_number(2).data_manip_condition_handle, "12345");
+    global_options.dup_warning = 1;
+    EXPECT_EQ(update_counts_and_flags(), "");
+    EXPECT_EQ(field_number(1).data_manip_source & NO_DUPLICATE_WARNING, 0);
 }

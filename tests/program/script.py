@@ -8,9 +8,9 @@ below. Whatever opens or closes a window is followed by shows(), which finds the
 import fnmatch
 
 from tolvan import (BM_GETCHECK, FILE_NAME_EDIT, IDOK, LB_GETITEMHEIGHT, LB_GETTOPINDEX, LB_SETTOPINDEX, TITLE,
-                    WM_KEYDOWN, WM_NULL, Window, desktop, wait_for, windows_path)
+                    WM_KEYDOWN, WM_NEXTDLGCTL, WM_NULL, Window, desktop, wait_for, windows_path)
 
-VK_TAB, VK_RETURN, VK_INSERT, VK_DELETE = 0x09, 0x0D, 0x2D, 0x2E
+VK_TAB, VK_RETURN, VK_UP, VK_DOWN, VK_INSERT, VK_DELETE = 0x09, 0x0D, 0x26, 0x28, 0x2D, 0x2E
 
 
 def run(program, *script):
@@ -33,16 +33,25 @@ def run(program, *script):
 def shows(title, text=None):
     """Waits until a window is in front: a message box with this text, or a dialog."""
     def wait(program):
+        left = program.screen
+
         def is_there():
             program.screen = program.front()
             return program.screen and fnmatch.fnmatchcase(program.screen.known["text"], title) and (
-                text is None or program.screen.label_text() == text)
+                text is None or program.screen.label_text() == text) and is_done(left, program.screen)
         try:
             wait_for((title, text), is_there)
         except AssertionError as error:
             shown = program.screen and (program.screen.known["text"], program.screen.label_text())
             raise AssertionError(f"{error}; there is {shown}") from None
     return wait
+
+
+def is_done(left, front):
+    """Whether the window that was left takes no more: one that is ending may still swallow what is meant for its owner,
+    which is in front by then."""
+    known = left and left.handle != front.handle and left.now()
+    return not (known and known["enabled"])
 
 
 def settled(program):
@@ -92,6 +101,20 @@ def spin(label, directions):
         for direction in directions:
             arrows.push(width // 2, height // 4 if direction == "+" else height * 3 // 4)
     return press
+
+
+def step_by_keys(label, directions):
+    """The same with the arrow keys, in the edit."""
+    def press(program):
+        edit = program.screen.after(label)
+        program.screen.send(WM_NEXTDLGCTL, edit.handle, 1)
+        for direction in directions:
+            edit.tell(WM_KEYDOWN, VK_UP if direction == "+" else VK_DOWN)
+    return press
+
+
+def closes(program):
+    program.screen.close()
 
 
 def holds(values):

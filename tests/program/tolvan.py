@@ -326,6 +326,7 @@ class Program:
             write_settings(dict(settings))
         self.process = start_wine(PROGRAM, *arguments, cwd=folder, env={**os.environ, **dict(environment)})
         self.main = None
+        self.screen = None  # the window that a script is in
         self.windows_process = None
 
     def __enter__(self):

@@ -1,0 +1,206 @@
+// Opening and saving for the editor: which kind of file it is, who reads it, and in which form it is saved.
+#include "files/FILEGEN.h"
+
+#include "app/checksum.h"
+#include "app/desktop.h"
+#include "app/files.h"
+#include "app/paths.h"
+#include "convert/CONVERT.h"
+#include "files/FILEGEN_formats.h"
+#include "files/FILEGEN_import.h"
+#include "files/MEMORY.h"
+#include "library/LIB.h"
+
+#include <algorithm>
+#include <new>
+
+std::string sys_file_name;
+std::string data_program_name;
+
+namespace {
+
+constexpr char OPEN_CAPTION[] = "Open File";
+constexpr char CANNOT_OPEN[] = "Cannot Open File!";
+constexpr std::size_t QUENDAL_MARK_OFFSET = 2;
+constexpr char QUENDAL_MARK = '{';
+constexpr std::size_t FILE_START_SIZE = 5; // bytes of length word and type byte
+
+enum class EDIT_FILE { DBASE, OWN_TEXT, LOOKUP_SYSTEM, LIBRARY, QUENDAL, FREE_TEXT };
+
+char own_text_letter(int file_type) {
+    return file_type == DATA_FILE_EDITED ? 'D' : 'L';
+}
+
+char fold(char c) {
+    return static_cast<char>(fold_type(static_cast<std::uint8_t>(c)));
+}
+
+// The portable's own text form says on its first line what it is.
+bool is_own_text(std::string_view bytes, int file_type) {
+    TEXT_SOURCE source{bytes};
+    std::string line;
+    return read_line(source, line, LINE_LIMIT) == 1 && line.size() == 1 &&
+           fold(line.front()) == own_text_letter(file_type);
+}
+
+bool is_text_character(char c) {
+    return (c >= ' ' && c <= '~') || c == '\t' || c == '\r' || c == '\n';
+}
+
+// A file with the type byte of a system file ends where its length word says, but for NULs behind it; else it
+// is the first member of a library. Program and setup files do not count their checksum.
+EDIT_FILE recognise_by_length(std::string_view bytes, char type) {
+    BYTE_READER reader{bytes};
+    const std::uint64_t length = read_long(reader);
+    const std::uint64_t end = type == LOOKUP_FILE_TYPE ? length : length + CHECKSUM_SIZE;
+    if (end <= bytes.size()) {
+        const std::size_t behind = bytes.find_first_not_of('\0', static_cast<std::size_t>(end));
+        return behind == std::string_view::npos ? EDIT_FILE::LOOKUP_SYSTEM : EDIT_FILE::LIBRARY;
+    }
+    // A text may well have such a letter there, which makes its first characters an absurd length.
+    const std::string_view start = bytes.substr(0, FILE_START_SIZE);
+    return std::all_of(start.begin(), start.end(), is_text_character) ? EDIT_FILE::FREE_TEXT
+                                                                      : EDIT_FILE::LOOKUP_SYSTEM;
+}
+
+// The tests stand in the order in which they count.
+EDIT_FILE recognise(std::string_view bytes, int file_type) {
+    if (is_dbase_file(bytes) == 1)
+        return EDIT_FILE::DBASE;
+    if (is_own_text(bytes, file_type))
+        return EDIT_FILE::OWN_TEXT;
+    if (file_type == DATA_FILE_EDITED)
+        return EDIT_FILE::FREE_TEXT;
+    const bool marked = bytes.size() > QUENDAL_MARK_OFFSET && bytes[QUENDAL_MARK_OFFSET] == QUENDAL_MARK;
+    const char type = bytes.size() >= FILE_START_SIZE ? fold(bytes[FILE_START_SIZE - 1]) : '\0';
+    if (type != LOOKUP_FILE_TYPE && (marked || !is_library_member_type(static_cast<std::uint8_t>(type))))
+        return marked ? EDIT_FILE::QUENDAL : EDIT_FILE::FREE_TEXT;
+    const EDIT_FILE kind = recognise_by_length(bytes, type);
+    // With the mark it is taken for one file, as a length may hold that byte too.
+    return marked && kind == EDIT_FILE::LIBRARY ? EDIT_FILE::LOOKUP_SYSTEM : kind;
+}
+
+void set_name_from_path(const std::string& file_name) {
+    sys_file_name = path_base_name(file_name).substr(0, FILE_NAME_LIMIT);
+}
+
+// Takes the next line for a name. False when there is none or it is too long for one.
+bool read_name_line(TEXT_SOURCE& source, std::string& name) {
+    std::string line;
+    if (read_line(source, line, LINE_LIMIT) == 0 || line.size() > FILE_NAME_LIMIT)
+        return false;
+    name = line;
+    return true;
+}
+
+std::int64_t read_own_text(WINDOW owner, TEXT_SOURCE& source, int file_type) {
+    std::string letter;
+    std::string program_name;
+    read_line(source, letter, LINE_LIMIT);
+    if (!read_name_line(source, sys_file_name) || !read_name_line(source, program_name))
+        return 0;
+    if (file_type == DATA_FILE_EDITED)
+        data_program_name = program_name;
+    return read_tolvan_ascii_file(owner, source);
+}
+
+std::int64_t import(WINDOW owner, TEXT_SOURCE& source, const std::string& file_name,
+                    std::int64_t (*read)(WINDOW owner, TEXT_SOURCE& source)) {
+    set_name_from_path(file_name);
+    return read(owner, source);
+}
+
+std::int64_t refuse_open(WINDOW owner) {
+    show_message(owner, CANNOT_OPEN, OPEN_CAPTION, MESSAGE_ICON::WARNING);
+    return 0;
+}
+
+std::int64_t read_recognised(WINDOW owner, const std::string& file_name, int file_type) {
+    FILE_HANDLE file = open_file(file_name, "rb");
+    if (!file)
+        return refuse_open(owner);
+    const auto bytes = read_whole_file(file.get());
+    if (!bytes)
+        return refuse_open(owner);
+    TEXT_SOURCE source{*bytes};
+    const EDIT_FILE kind = recognise(*bytes, file_type);
+    if (kind == EDIT_FILE::DBASE)
+        return import(owner, source, file_name, read_dbase_file);
+    data_program_name.clear();
+    switch (kind) {
+    case EDIT_FILE::OWN_TEXT:
+        return read_own_text(owner, source, file_type);
+    case EDIT_FILE::LOOKUP_SYSTEM:
+        return read_lookup_sys_file(owner, file.get());
+    case EDIT_FILE::LIBRARY:
+        file.reset();
+        return read_library_member(
+            owner, file_name, [owner](std::FILE* member) { return read_lookup_sys_file(owner, member); },
+            CANNOT_OPEN);
+    case EDIT_FILE::QUENDAL:
+        return read_quendal_lookup_sys_file(file_name);
+    default:
+        return import(owner, source, file_name, read_text_ascii_file);
+    }
+}
+
+void report_changed_records(WINDOW owner) {
+    show_message(owner,
+                 std::to_string(changed_records) + " records held characters that a record cannot hold.\n"
+                                                   "They were replaced or cut off.",
+                 OPEN_CAPTION, MESSAGE_ICON::WARNING);
+}
+
+int save_text(const std::string& file_name, int file_type) {
+    std::string image;
+    write_line(image, std::string(1, own_text_letter(file_type)));
+    write_line(image, sys_file_name);
+    write_line(image, file_type == DATA_FILE_EDITED ? data_program_name : "");
+    write_ascii_file(image);
+    return save_whole_file(file_name, image) ? 1 : -1;
+}
+
+int save_in_format(WINDOW owner, const std::string& file_name, int file_type, int format) {
+    try {
+        return format == LOOKUP_SYSTEM_FILE ? write_lookup_sys_file(owner, file_name)
+                                            : save_text(file_name, file_type);
+    } catch (const std::bad_alloc&) {
+        return report_out_of_memory(owner);
+    }
+}
+
+} // namespace
+
+std::int64_t read_edit_file(WINDOW owner, const std::string& file_name, int file_type) {
+    changed_records = 0;
+    std::int64_t result = 0;
+    try {
+        result = read_recognised(owner, file_name, file_type);
+    } catch (const std::bad_alloc&) {
+        result = report_out_of_memory(owner);
+    }
+    if (changed_records > 0)
+        report_changed_records(owner);
+    if (result == 0) // what a damaged file began with is not kept
+        free_memchunks();
+    return result;
+}
+
+int write_edit_file(WINDOW owner, const std::string& file_name, int file_type) {
+    const bool is_new = !open_file(file_name, "rb");
+    // Appending shows that the file can be written, and leaves the old one as it is.
+    if (!open_file(file_name, "ab")) {
+        show_message(owner, "Cannot Save File.\nFile Creation Error!", "Save File", MESSAGE_ICON::WARNING);
+        return 0;
+    }
+    const int format = file_type == DATA_FILE_EDITED ? LOOKUP_ASCII_FILE : choose_lookup_format(owner);
+    if (format != LOOKUP_SYSTEM_FILE && format != LOOKUP_ASCII_FILE) {
+        open_file(file_name, "wb"); // choosing neither leaves an emptied file
+        return 0;
+    }
+    set_name_from_path(file_name);
+    const int result = save_in_format(owner, file_name, file_type, format);
+    if (result < 0 && is_new)
+        static_cast<void>(std::remove(file_name.c_str())); // nothing was saved, so no file is to show
+    return result;
+}

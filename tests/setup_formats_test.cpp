@@ -1,0 +1,63 @@
+#include "setup/SETUP_formats.h"
+
+#include "tests/desktop_script.h"
+
+#include <gtest/gtest.h>
+
+TEST(SetupFormatTest, EveryByteIsShownAndReadBack) {
+    struct {
+        VALUE_FORMAT format;
+        const char *of_0, *of_7, *of_10, *of_99, *of_255;
+    } const cases[] = {
+        {VALUE_FORMAT::PLAIN, "0", "7", "10", "99", "255"},
+        {VALUE_FORMAT::TENTHS, "0.0s", "0.7s", "1.0s", "9.9s", "25.5s"},
+        {VALUE_FORMAT::SECONDS, "OFF", " 7s", " 10s", " 99s", " 255s"},
+        {VALUE_FORMAT::MINUTES, "OFF", "07m", "10m", "99m", "255m"},
+        {VALUE_FORMAT::MILLISECONDS, "00ms", "07ms", "10ms", "99ms", "255ms"},
+        {VALUE_FORMAT::HEXADECIMAL, "00H", "07H", "0AH", "63H", "FFH"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(format_value(0, c.format), c.of_0);
+        EXPECT_EQ(format_value(7, c.format), c.of_7);
+        EXPECT_EQ(format_value(10, c.format), c.of_10);
+        EXPECT_EQ(format_value(99, c.format), c.of_99);
+        EXPECT_EQ(format_value(255, c.format), c.of_255);
+        for (unsigned value = 0; value <= 255; ++value)
+            EXPECT_EQ(read_value(format_value(value, c.format), c.format), value) << c.of_7;
+    }
+}
+
+TEST(StepTest, LimitsHoldOrWrap) {
+    constexpr STEP_RANGE SIZES = {.lowest = 0, .highest = 60, .step = 2};
+    constexpr STEP_RANGE CODES = {.lowest = 0, .highest = 0xF9};
+    constexpr STEP_RANGE WRAPPED = {.lowest = 0, .highest = 9, .wraps = true};
+    constexpr unsigned HELD = 1000; // with a beep
+    struct {
+        decltype(&step_value) step;
+        const STEP_RANGE& range;
+        unsigned value, up, down;
+    } const cases[] = {
+        {step_value, SIZES, 0, 2, HELD},
+        {step_value, SIZES, 1, 3, 0},
+        {step_value, SIZES, 59, 60, 57},
+        {step_value, SIZES, 60, HELD, 58},
+        {step_value, SIZES, 255, HELD, 253},
+        {step_value, WRAPPED, 0, 1, 9},
+        {step_value, WRAPPED, 9, 0, 8},
+        {step_value, WRAPPED, 200, 0, 9},
+        {step_termination_code, CODES, 0x00, 0x01, HELD},
+        {step_termination_code, CODES, 0x7F, 0x8C, 0x7E},
+        {step_termination_code, CODES, 0x85, 0x8C, 0x7F},
+        {step_termination_code, CODES, 0x8C, 0x8D, 0x7F},
+        {step_termination_code, CODES, 0x9B, 0xF0, 0x9A},
+        {step_termination_code, CODES, 0xF0, 0xF1, 0x9B},
+        {step_termination_code, CODES, 0xF9, HELD, 0xF8},
+        {step_termination_code, CODES, 0xFF, HELD, 0xFE},
+    };
+    for (const auto& c : cases) {
+        reset_desktop();
+        EXPECT_EQ(c.step(c.value, 1, c.range).value_or(HELD), c.up) << c.value;
+        EXPECT_EQ(c.step(c.value, -1, c.range).value_or(HELD), c.down) << c.value;
+        EXPECT_EQ(desktop_beeps, (c.up == HELD) + (c.down == HELD)) << c.value;
+    }
+}
