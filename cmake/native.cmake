@@ -1,7 +1,8 @@
 # The native side: the benchmarks, or the logic tests against scripted seams.
 if(TOLVAN_BENCH)
     find_package(benchmark REQUIRED)
-    add_executable(tolvan_bench bench/bench_desktop.cpp bench/files_bench.cpp bench/tolvan_bench.cpp)
+    add_executable(tolvan_bench bench/bench_desktop.cpp bench/files_bench.cpp bench/store_bench.cpp
+                                bench/tolvan_bench.cpp)
     target_link_libraries(tolvan_bench PRIVATE tolvan_logic benchmark::benchmark)
     return()
 endif()

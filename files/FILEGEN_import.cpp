@@ -221,16 +221,23 @@ int blank_line(std::string_view str) {
     return str.find_first_not_of(' ') == std::string_view::npos ? 1 : 0;
 }
 
+constexpr unsigned char PRINTABLE_RANGE = '~' - ' ';
+
+// Above PRINTABLE_RANGE when the character is not printable.
+unsigned char place_in_range(char character) {
+    return static_cast<unsigned char>(character - ' ');
+}
+
 bool is_unprintable(char character) {
-    return character < ' ' || character > '~';
+    return place_in_range(character) > PRINTABLE_RANGE;
 }
 
 // Looks at all characters, so that the compiler can take many at a time.
 bool holds_unprintable(std::string_view text) {
-    bool any = false;
+    unsigned char highest = 0;
     for (const char character : text)
-        any |= is_unprintable(character);
-    return any;
+        highest = std::max(highest, place_in_range(character));
+    return highest > PRINTABLE_RANGE;
 }
 
 // Moves the printable characters of [source, end) to its front. Returns their number.
