@@ -6,9 +6,10 @@ below. Whatever opens or closes a window is followed by shows(), which finds the
 """
 
 import fnmatch
+import os
 
 from tolvan import (BM_GETCHECK, FILE_NAME_EDIT, IDOK, LB_GETITEMHEIGHT, LB_GETTOPINDEX, LB_SETTOPINDEX, TITLE,
-                    WM_KEYDOWN, WM_NEXTDLGCTL, WM_NULL, Window, desktop, wait_for, windows_path)
+                    WM_KEYDOWN, WM_NEXTDLGCTL, WM_NULL, Program, ProgramTest, Window, desktop, wait_for, windows_path)
 
 VK_TAB, VK_RETURN, VK_UP, VK_DOWN, VK_INSERT, VK_DELETE = 0x09, 0x0D, 0x26, 0x28, 0x2D, 0x2E
 
@@ -126,3 +127,16 @@ def holds(values):
             held = found[1].text() if colon else found[0].send(BM_GETCHECK)
             assert held == (value if colon else 1), f"{label} {held!r} instead of {part!r}"
     return compare
+
+
+class ScriptTest(ProgramTest):
+    def start(self, *script, arguments=()):
+        program = self.enterContext(Program(*arguments))
+        run(program, *script)
+        return program
+
+    def assert_holds(self, name, content):
+        """Shows where a file begins to differ."""
+        stored = (self.folder / name).read_bytes()
+        same = len(os.path.commonprefix([stored, content]))
+        self.assertEqual(stored[same:][:50], content[same:][:50], f"{name} from byte {same}")

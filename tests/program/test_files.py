@@ -1,27 +1,27 @@
 """The editors of lookup and data files: what each edit leaves in the file, down to the last byte, and each message."""
 
 import os
+import pathlib
+import resource
 import socket
 import struct
 
-from script import VK_RETURN, VK_UP, asks, holds, key, row, run, settled, shows, spin, the_list
-from tolvan import (FILE_NAME_EDIT, ID, IDCANCEL, IDNO, IDOK, IDYES, TITLE, WM_KEYDOWN, Program, ProgramTest, crc,
-                    windows_path)
+from script import VK_RETURN, VK_UP, ScriptTest, asks, holds, key, row, run, settled, shows, spin, the_list
+from tolvan import FILE_NAME_EDIT, ID, IDCANCEL, IDNO, IDOK, IDYES, TITLE, WM_KEYDOWN, Program, crc
 
 MAIN, LOOKUP, DATA = TITLE + " (Default)", "Lookup File Editor", "Data File Editor"
 IMPORT, OVERWRITE, INVALID = "Translate Database File", "Overwrite Current Data?", "Invalid/Corrupt"
-DIALOGS = {"Rep. Add": "Repetitive Field Insert", "Rep. Insert": "Repetitive Field Insert",
-           "Rep. Delete": "Repetitive Field Delete"}
+INSERTS, DELETES = "Repetitive Field Insert", "Repetitive Field Delete"
+DIALOGS = {"Rep. Add": INSERTS, "Rep. Insert": INSERTS, "Rep. Delete": DELETES}
 LINE, OUT_OF_RANGE = "Starting with line #: ", "Starting with line# %d out of range."
 NOT_HELD = "Records cannot hold the characters with the numbers 254 and 255.\nEach was replaced by a question mark."
-LONG_LINE = "ASCII file contains lines greater than 1024 chars long"
-VK_SPACE = 0x20
 
 START, START_DATA = ([shows(MAIN), command, shows(editor)] for command, editor in (
     (ID.CMD_LOOKUP_EDITOR, LOOKUP), (ID.CMD_DATA_EDITOR, DATA)))
 AS_SYSTEM, AS_ASCII = ([shows("Save Lookup File Choice"), form, "OK"] for form in (
     "Lookup System File", "Lookup Ascii File"))
 OVER, ADD, INSERT = asks(OVERWRITE, IDYES, "Open"), ["Add", settled], ["Insert", settled]
+TOGGLE = [[row(number), lambda program: the_list(program).tell(WM_KEYDOWN, ord(" "))] for number in range(4)]
 
 
 def system_file(name, records):
@@ -42,18 +42,8 @@ def saves(path, *script, then=LOOKUP):
     return [ID.CMD_SAVE, shows("Save As"), path, *script, shows(then), settled]
 
 
-def repeats(button, *script):
-    return [button, shows(DIALOGS[button]), *script, "OK", shows(LOOKUP), settled]
-
-
-def refuses(button, edit, text, caption="Repeating Delete"):
-    return [button, shows(DIALOGS[button]), edit, "OK", asks(text, IDOK, DIALOGS[button], caption), holds(edit),
-            "Cancel", shows(LOOKUP)]
-
-
-def toggles(*rows):
-    """Takes rows of the import's list, or leaves them out again, with the space bar."""
-    return [[row(number), lambda program: the_list(program).tell(WM_KEYDOWN, VK_SPACE)] for number in rows]
+def repeats(button, *script, end="OK"):
+    return [button, shows(DIALOGS[button]), *script, end, shows(LOOKUP), settled]
 
 
 X, Y = b"x" * 250, b"y" * 249  # as much as can be typed into a line, and repeated
@@ -68,9 +58,12 @@ EDITS = [  # what the operator does in one file, one after the other, and what i
      [b"", b"/0D", b"NEW", b"FIG", X, b"NEW", Y, Y, b"NEW", Y]),
     (repeats("Rep. Delete", row(3), LINE + "2"), [b"", b"NEW", b"FIG", b"NEW", Y, b"NEW", Y]),
     (repeats("Rep. Delete", LINE + "6"), [b"", b"NEW", b"FIG", b"NEW", Y]),
-    (["1: \xFFA", key(VK_RETURN), asks(NOT_HELD, IDOK, LOOKUP, "Lookup File"), "2: \xFEB", key(VK_UP),
-      refuses("Rep. Insert", LINE + "0", OUT_OF_RANGE % 0), refuses("Rep. Delete", LINE + "6", OUT_OF_RANGE % 6),
-      refuses("Rep. Add", "Add: 65536", "Add 65536 fields greater than 65535.", "Repeating Add")], BIG[:5]),
+    (["1: \xFFA", key(VK_RETURN), asks(NOT_HELD, IDOK, LOOKUP, "Lookup File"), "2: \xFEB", key(VK_UP)] + [
+        repeats(button, edit, "OK", asks(text, IDOK, DIALOGS[button], caption), holds(edit), end="Cancel")
+        for button, edit, text, caption in (
+            ("Rep. Add", "Add: 65536", "Add 65536 fields greater than 65535.", "Repeating Add"),
+            ("Rep. Insert", LINE + "0", OUT_OF_RANGE % 0, "Repeating Delete"),
+            ("Rep. Delete", LINE + "6", OUT_OF_RANGE % 6, "Repeating Delete"))], BIG[:5]),
     (repeats("Rep. Add", spin("Add", "+--"), holds("Add: 65535"), "Default Data: Z"), BIG),
     (repeats("Rep. Delete", LINE + "3"), BIG[:2]),
     (repeats("Rep. Delete", spin("Starting with line #", "-+"), holds(LINE + "1")), []),
@@ -81,12 +74,12 @@ TABLE = b"".join([struct.pack("<B3xIHH20x", 3, 3, 97, 260), *(
     struct.pack("<11s5xB15x", *field) for field in ((b"Name", 255), (b"Code", 4))),
     b"\r ", b"  Anna".ljust(255), b"0012*", b"x" * 259, b" ", b"y" * 255, b"0000\x1A"])
 IMPORTS = [  # the file, what is chosen of its two columns, and the records
-    ("two.txt", CSV, [toggles(1, 2)],
-     [b"Name", b"Code", b"Smith, J", b"0012", b"", b"000", b"TWENTY-ONE CHARACTERS", b"AB"]),
-    ("one.csv", CSV, [toggles(1, 2, 2, 3), "Strip Leading Zeroes|Truncate to 20 Chars."],
+    ("all.txt", CSV, TOGGLE[1:3], [
+        b"Name", b"Code", b"Smith, J", b"0012", b"", b"000", b"TWENTY-ONE CHARACTERS", b"AB"]),
+    ("cut.csv", CSV, TOGGLE[1:] + [TOGGLE[2], "Strip Leading Zeroes|Truncate to 20 Chars."],
      [b"Name", b"Smith, J", b"", b"TWENTY-ONE CHARACTER"]),
-    ("kept.csv", CSV, [toggles(2), "Strip Leading Spaces|Strip Trailing Spaces"], [b"Code", b"  0012 ", b"000", b"AB"]),
-    ("table.dbf", TABLE, [toggles(1, 2), "Strip Leading Zeroes"], [b"Anna", b"12", b"y" * 255, b""]),
+    ("kept.csv", CSV, [TOGGLE[2], "Strip Leading Spaces|Strip Trailing Spaces"], [b"Code", b"  0012 ", b"000", b"AB"]),
+    ("table.dbf", TABLE, TOGGLE[1:3] + ["Strip Leading Zeroes"], [b"Anna", b"12", b"y" * 255, b""]),
 ]
 
 RECORDS = [b"ONE", b"", b"TWO"]
@@ -94,23 +87,13 @@ GOOD = system_file(b"INSIDE", RECORDS)
 REFUSED = [  # the file, and what is said before it is called invalid
     ("cut.lkt", GOOD[:-1], []), ("none.lkt", system_file(b"NONE", []), []), ("lines.txt", b"L\nNAME\n", []),
     ("name.txt", b"L\nNINECHARS\n\n\nONE", []), ("blank.txt", b" \r\n", ["Empty ASCII File."]),
-    ("line.txt", b"x" * 1025, [LONG_LINE]), ("socket.lkt", None, ["Cannot Open File!"]),
+    ("line.txt", b"x" * 1025, ["ASCII file contains lines greater than 1024 chars long"]),
     ("row.txt", b"x" * 1024, ["Conversion Error - Fields could not fit into buffer."]),
+    ("socket.lkt", None, ["Cannot Open File!"]),
 ]
 
 
-class FilesTest(ProgramTest):
-    def start(self, *script):
-        program = self.enterContext(Program())
-        run(program, *script)
-        return program
-
-    def assert_holds(self, name, content):
-        """Shows where a file begins to differ."""
-        stored = (self.folder / name).read_bytes()
-        same = len(os.path.commonprefix([stored, content]))
-        self.assertEqual(stored[same:][:50], content[same:][:50], f"{name} from byte {same}")
-
+class FilesTest(ScriptTest):
     def test_edits(self):
         program = self.start(START)
         for number, (script, records) in enumerate(EDITS):
@@ -125,12 +108,12 @@ class FilesTest(ProgramTest):
     def test_imports(self):
         for name, content, choice, records in IMPORTS:
             with self.subTest(name), Program() as program:
-                run(program, START, opens(self.file(name, content), IMPORT))
+                path = self.file(name, content)
+                run(program, START, opens(path, IMPORT))
                 self.assertEqual(the_list(program).entries(), [
                     *(f"\tNo\t{column:19}" for column in ("Name", "Code")), "<End Of Fields>"])
-                run(program, choice, "Translate", shows(LOOKUP), saves(self.folder / "saved", AS_SYSTEM))
-                self.assert_holds("saved.lkt", system_file(b"saved", records))
-                (self.folder / "saved.lkt").unlink()
+                run(program, choice, "Translate", shows(LOOKUP), saves(path.with_suffix(".lkt"), AS_SYSTEM))
+                self.assert_holds(path.with_suffix(".lkt"), system_file(path.stem.encode(), records))
 
     def test_questions_and_names(self):
         def leaves(answer, then):
@@ -165,12 +148,9 @@ class FilesTest(ProgramTest):
                     asks("Invalid Lookup File!", IDOK, LOOKUP, INVALID))
                 self.assertEqual([caption for caption in ("Insert", "Delete", "Rep. Insert", "Rep. Delete")
                                   if program.screen.button(caption).enabled()], [])
-        csv, later = self.file("any.csv", CSV), self.file("later.csv", b"A,B\n" + b"x" * 1025)
-        run(program, opens(csv, IMPORT), "Cancel", shows(LOOKUP),
-            refuses("Rep. Insert", LINE + "1", OUT_OF_RANGE % 1), opens(csv, IMPORT), "Translate",
-            asks("Invalid Lookup File!", IDOK, LOOKUP, INVALID), opens(later, IMPORT), toggles(1, 2), "Translate",
-            asks(LONG_LINE, IDOK, LOOKUP, "Open File"), holds("1: A|2: B"),
-            opens(self.file("damaged.lkt", GOOD[:-1] + b"?"), "Invalid Checksum", OVER),
+        csv, damaged = self.file("any.csv", CSV), self.file("damaged.lkt", GOOD[:-1] + b"?")
+        run(program, opens(csv, IMPORT), "Cancel", shows(LOOKUP), opens(csv, IMPORT), "Translate",
+            asks("Invalid Lookup File!", IDOK, LOOKUP, INVALID), opens(damaged, "Invalid Checksum"),
             asks("Invalid Checksum in Lookup File!", IDOK, LOOKUP, "Invalid Checksum"), holds("1: ONE|2: |3: TW?"),
             IDCANCEL, START_DATA, opens(self.file("bad.dat", b"D\r\nNAME"), INVALID),
             asks("Invalid Data File!", IDOK, DATA, INVALID))
@@ -178,15 +158,27 @@ class FilesTest(ProgramTest):
     def test_what_cannot_be_saved(self):
         for taken in ("taken.lkt", "~TOLVAN0.TMP"):  # the latter keeps a new file from being written
             (self.folder / taken).mkdir()
-        replace = f"{windows_path(self.folder / 'taken.lkt')} already exists.\nDo you want to replace it?"
         too_long = "Line 2 is longer than 255 characters.\nA lookup system file cannot hold it."
         new, long = self.folder / "new", self.file("long.csv", b"ONE\n" + b"x" * 256)
         self.start(
-            START, opens(long, IMPORT), toggles(1), "Translate", shows(LOOKUP),
+            START, opens(long, IMPORT), TOGGLE[1], "Translate", shows(LOOKUP),
             saves(new, AS_SYSTEM, asks(too_long, IDOK, "Lookup File", "Lookup File"),
                   asks("Error Saving Lookup File!", IDOK, LOOKUP, "Lookup File")),
-            saves(self.folder / "taken", asks(replace, IDYES, "Save File"),
+            saves(self.folder / "taken", shows(TITLE), IDYES,
                   asks("Cannot Save File.\nFile Creation Error!", IDOK, LOOKUP, "Save File")), IDCANCEL,
             START_DATA, ADD, "Program Name: PROG",
             saves(new, asks("Error Saving Data File!", IDOK, DATA, "Data File"), then=DATA))
         self.assertEqual(sorted(os.listdir(self.folder)), ["long.csv", "taken.lkt", "~TOLVAN0.TMP"])
+
+    def test_no_more_memory(self):
+        program = self.start(START, ADD, "Rep. Add", shows(INSERTS), "Add: 65535|Default Data: " + "y" * 249)
+        process, unlimited = program.process.pid, resource.RLIM_INFINITY
+        used = int(pathlib.Path(f"/proc/{process}/statm").read_text().split()[5]) * resource.getpagesize()
+        resource.prlimit(process, resource.RLIMIT_DATA, (used + 10_000_000, unlimited))
+        run(program, "OK")
+        program.window("Memory Allocation")
+        resource.prlimit(process, resource.RLIMIT_DATA, (unlimited, unlimited))  # for asking the windows
+        run(program, asks("System out of memory!", IDOK, LOOKUP, "Memory Allocation"),
+            saves(self.folder / "rest", AS_ASCII))
+        added = (self.folder / "rest.lkt").stat().st_size // len(text_file(Y))
+        self.assert_holds("rest.lkt", text_file(b"L", b"rest", b"", b"", *[Y] * added))

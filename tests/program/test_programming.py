@@ -3,8 +3,9 @@
 import os
 import struct
 
-from script import VK_DELETE, VK_INSERT, VK_RETURN, VK_TAB, asks, holds, key, row, run, settled, shows, spin, the_list
-from tolvan import ID, IDCANCEL, IDNO, IDOK, IDYES, TITLE, Program, ProgramTest, crc, windows_path
+from script import (VK_DELETE, VK_INSERT, VK_RETURN, VK_TAB, ScriptTest, asks, holds, key, row, run, settled, shows,
+                    spin, the_list)
+from tolvan import ID, IDCANCEL, IDNO, IDOK, IDYES, TITLE, Program, crc, windows_path
 
 MAIN, WINDOW, UNTITLED = TITLE + " (Default)", "Programming (*)", "Programming (Untitled)"
 FIELD, DEFINITION = "Field Definition #*", "Field Definition"
@@ -149,12 +150,7 @@ FIELD_CHECKS = [  # the values behind these labels, and why they cannot be saved
 ]
 
 
-class ProgrammingTest(ProgramTest):
-    def start(self, *script, arguments=()):
-        program = self.enterContext(Program(*arguments))
-        run(program, *script)
-        return program
-
+class ProgrammingTest(ScriptTest):
     def assert_rows(self, program, *records):
         self.assertEqual(the_list(program).entries(), list_rows(records))
 
