@@ -1,0 +1,192 @@
+"""The editors of lookup and data files: what each edit leaves in the file, down to the last byte, and each message."""
+
+import os
+import socket
+import struct
+
+from script import VK_RETURN, VK_UP, asks, holds, key, row, run, settled, shows, spin, the_list
+from tolvan import (FILE_NAME_EDIT, ID, IDCANCEL, IDNO, IDOK, IDYES, TITLE, WM_KEYDOWN, Program, ProgramTest, crc,
+                    windows_path)
+
+MAIN, LOOKUP, DATA = TITLE + " (Default)", "Lookup File Editor", "Data File Editor"
+IMPORT, OVERWRITE, INVALID = "Translate Database File", "Overwrite Current Data?", "Invalid/Corrupt"
+DIALOGS = {"Rep. Add": "Repetitive Field Insert", "Rep. Insert": "Repetitive Field Insert",
+           "Rep. Delete": "Repetitive Field Delete"}
+LINE, OUT_OF_RANGE = "Starting with line #: ", "Starting with line# %d out of range."
+NOT_HELD = "Records cannot hold the characters with the numbers 254 and 255.\nEach was replaced by a question mark."
+LONG_LINE = "ASCII file contains lines greater than 1024 chars long"
+VK_SPACE = 0x20
+
+START, START_DATA = ([shows(MAIN), command, shows(editor)] for command, editor in (
+    (ID.CMD_LOOKUP_EDITOR, LOOKUP), (ID.CMD_DATA_EDITOR, DATA)))
+AS_SYSTEM, AS_ASCII = ([shows("Save Lookup File Choice"), form, "OK"] for form in (
+    "Lookup System File", "Lookup Ascii File"))
+OVER, ADD, INSERT = asks(OVERWRITE, IDYES, "Open"), ["Add", settled], ["Insert", settled]
+
+
+def system_file(name, records):
+    rest = b"".join(bytes([255, (255 + len(text) + sum(text)) % 256, len(text)]) + text for text in records)
+    start, middle = (22 + len(rest)).to_bytes(4, "big"), struct.pack(">9sxxI", name, len(records))
+    return start + b"R" + middle + crc(start + middle + rest) + rest
+
+
+def text_file(*lines):
+    return b"".join(line + b"\r\n" for line in lines)
+
+
+def opens(path, then=LOOKUP, *question):
+    return [ID.CMD_OPEN, *question, shows("Open"), path, shows(then), settled]
+
+
+def saves(path, *script, then=LOOKUP):
+    return [ID.CMD_SAVE, shows("Save As"), path, *script, shows(then), settled]
+
+
+def repeats(button, *script):
+    return [button, shows(DIALOGS[button]), *script, "OK", shows(LOOKUP), settled]
+
+
+def refuses(button, edit, text, caption="Repeating Delete"):
+    return [button, shows(DIALOGS[button]), edit, "OK", asks(text, IDOK, DIALOGS[button], caption), holds(edit),
+            "Cancel", shows(LOOKUP)]
+
+
+def toggles(*rows):
+    """Takes rows of the import's list, or leaves them out again, with the space bar."""
+    return [[row(number), lambda program: the_list(program).tell(WM_KEYDOWN, VK_SPACE)] for number in rows]
+
+
+X, Y = b"x" * 250, b"y" * 249  # as much as can be typed into a line, and repeated
+BIG = [b"?A", b"?B", b"FIG", b"NEW", Y] + [b"Z"] * 65535
+EDITS = [  # what the operator does in one file, one after the other, and what it then holds
+    ([ADD, "1: APPLE", key(VK_RETURN, "PEAR"), key(VK_RETURN, "FIG")], [b"APPLE", b"PEAR", b"FIG"]),
+    (["2: PLUM"], [b"APPLE", b"PLUM", b"FIG"]),
+    (["2: B//W\xE9", INSERT, "2: /0D"], [b"APPLE", b"/0D", b"B//W\xE9", b"FIG"]),
+    (["3: B|Delete", settled, "1: ", ADD, "4: " + "x" * 251], [b"", b"/0D", b"FIG", X]),
+    (repeats("Rep. Add", "Add: 3|Default Data: " + "y" * 250), [b"", b"/0D", b"FIG", X, Y, Y, Y]),
+    (repeats("Rep. Insert", row(2), LINE + "3|Default Data: NEW"),
+     [b"", b"/0D", b"NEW", b"FIG", X, b"NEW", Y, Y, b"NEW", Y]),
+    (repeats("Rep. Delete", row(3), LINE + "2"), [b"", b"NEW", b"FIG", b"NEW", Y, b"NEW", Y]),
+    (repeats("Rep. Delete", LINE + "6"), [b"", b"NEW", b"FIG", b"NEW", Y]),
+    (["1: \xFFA", key(VK_RETURN), asks(NOT_HELD, IDOK, LOOKUP, "Lookup File"), "2: \xFEB", key(VK_UP),
+      refuses("Rep. Insert", LINE + "0", OUT_OF_RANGE % 0), refuses("Rep. Delete", LINE + "6", OUT_OF_RANGE % 6),
+      refuses("Rep. Add", "Add: 65536", "Add 65536 fields greater than 65535.", "Repeating Add")], BIG[:5]),
+    (repeats("Rep. Add", spin("Add", "+--"), holds("Add: 65535"), "Default Data: Z"), BIG),
+    (repeats("Rep. Delete", LINE + "3"), BIG[:2]),
+    (repeats("Rep. Delete", spin("Starting with line #", "-+"), holds(LINE + "1")), []),
+]
+
+CSV = b'Name,Code\r\n"Smith, J",  0012 \r\n\r\n,000\nTWENTY-ONE CHARACTERS,A\tB'
+TABLE = b"".join([struct.pack("<B3xIHH20x", 3, 3, 97, 260), *(
+    struct.pack("<11s5xB15x", *field) for field in ((b"Name", 255), (b"Code", 4))),
+    b"\r ", b"  Anna".ljust(255), b"0012*", b"x" * 259, b" ", b"y" * 255, b"0000\x1A"])
+IMPORTS = [  # the file, what is chosen of its two columns, and the records
+    ("two.txt", CSV, [toggles(1, 2)],
+     [b"Name", b"Code", b"Smith, J", b"0012", b"", b"000", b"TWENTY-ONE CHARACTERS", b"AB"]),
+    ("one.csv", CSV, [toggles(1, 2, 2, 3), "Strip Leading Zeroes|Truncate to 20 Chars."],
+     [b"Name", b"Smith, J", b"", b"TWENTY-ONE CHARACTER"]),
+    ("kept.csv", CSV, [toggles(2), "Strip Leading Spaces|Strip Trailing Spaces"], [b"Code", b"  0012 ", b"000", b"AB"]),
+    ("table.dbf", TABLE, [toggles(1, 2), "Strip Leading Zeroes"], [b"Anna", b"12", b"y" * 255, b""]),
+]
+
+RECORDS = [b"ONE", b"", b"TWO"]
+GOOD = system_file(b"INSIDE", RECORDS)
+REFUSED = [  # the file, and what is said before it is called invalid
+    ("cut.lkt", GOOD[:-1], []), ("none.lkt", system_file(b"NONE", []), []), ("lines.txt", b"L\nNAME\n", []),
+    ("name.txt", b"L\nNINECHARS\n\n\nONE", []), ("blank.txt", b" \r\n", ["Empty ASCII File."]),
+    ("line.txt", b"x" * 1025, [LONG_LINE]), ("socket.lkt", None, ["Cannot Open File!"]),
+    ("row.txt", b"x" * 1024, ["Conversion Error - Fields could not fit into buffer."]),
+]
+
+
+class FilesTest(ProgramTest):
+    def start(self, *script):
+        program = self.enterContext(Program())
+        run(program, *script)
+        return program
+
+    def assert_holds(self, name, content):
+        """Shows where a file begins to differ."""
+        stored = (self.folder / name).read_bytes()
+        same = len(os.path.commonprefix([stored, content]))
+        self.assertEqual(stored[same:][:50], content[same:][:50], f"{name} from byte {same}")
+
+    def test_edits(self):
+        program = self.start(START)
+        for number, (script, records) in enumerate(EDITS):
+            run(program, script, saves(self.folder / f"edit{number}", AS_SYSTEM))
+            self.assert_holds(f"edit{number}.lkt", system_file(b"edit%d" % number, records))
+        long = self.folder / "longfilename.lkt"
+        run(program, opens(self.folder / "edit9.lkt"), saves(long, AS_ASCII), opens(long, LOOKUP, OVER),
+            holds("Lookup Filename: longfile"), saves(self.folder / "again.lkt", AS_SYSTEM))
+        self.assert_holds(long, text_file(b"L", b"longfile", b"", *BIG))
+        self.assert_holds("again.lkt", system_file(b"again", BIG))
+
+    def test_imports(self):
+        for name, content, choice, records in IMPORTS:
+            with self.subTest(name), Program() as program:
+                run(program, START, opens(self.file(name, content), IMPORT))
+                self.assertEqual(the_list(program).entries(), [
+                    *(f"\tNo\t{column:19}" for column in ("Name", "Code")), "<End Of Fields>"])
+                run(program, choice, "Translate", shows(LOOKUP), saves(self.folder / "saved", AS_SYSTEM))
+                self.assert_holds("saved.lkt", system_file(b"saved", records))
+                (self.folder / "saved.lkt").unlink()
+
+    def test_questions_and_names(self):
+        def leaves(answer, then):
+            return [IDCANCEL, asks("Save File Changes?", answer, then)]
+
+        def proposes(program):
+            self.assertEqual(program.screen.control(FILE_NAME_EDIT).text(), "INSIDE.lkt")
+
+        kept, good = self.folder / "kept.lkt", self.file("good.lkt", GOOD)
+        data = self.file("data.dat", text_file(b"D", b"OTHER", b"COLLECTS", *RECORDS))
+        self.start(
+            START, IDCANCEL, START, ADD, "1: KEPT", ID.CMD_OPEN, asks(OVERWRITE, IDNO, LOOKUP), ID.CMD_NEW,
+            asks(OVERWRITE, IDNO, LOOKUP), leaves(IDCANCEL, LOOKUP), leaves(IDYES, "Save As"), IDCANCEL, shows(LOOKUP),
+            saves(kept, AS_SYSTEM[0], "Cancel"), lambda _: kept.unlink(), leaves(IDYES, "Save As"), kept, AS_SYSTEM,
+            START, ADD, ID.CMD_NEW, asks(OVERWRITE, IDYES, LOOKUP), ADD, leaves(IDNO, MAIN), START, opens(good),
+            holds("Lookup Filename: INSIDE|1: ONE|2: |3: TWO"), ID.CMD_SAVE, shows("Save As"), proposes, IDCANCEL,
+            shows(LOOKUP), IDCANCEL, START_DATA, ADD, ID.CMD_SAVE,
+            asks("Data File Missing Associated Program Name!", IDOK, DATA, "Data File"), opens(data, DATA, OVER),
+            holds("Data Filename: OTHER|Program Name: COLLECTS|3: TWO"), "Program Name: NINECHARS",
+            saves(self.folder / "saved", then=DATA), holds("Data Filename: saved"), IDCANCEL, shows(MAIN))
+        self.assert_holds(kept, system_file(b"kept", [b"KEPT"]))
+        self.assert_holds("saved.dat", text_file(b"D", b"saved", b"NINECHAR", *RECORDS))
+
+    def test_files_that_cannot_be_opened(self):
+        program = self.start(START)
+        listener = self.enterContext(socket.socket(socket.AF_UNIX))
+        listener.bind(str(self.folder / "socket.lkt"))  # is there, but cannot be opened
+        for name, content, said_before in REFUSED:
+            with self.subTest(name):
+                path = self.folder / name if content is None else self.file(name, content)
+                run(program, opens(path, "*"), [asks(text, IDOK, INVALID, "Open File") for text in said_before],
+                    asks("Invalid Lookup File!", IDOK, LOOKUP, INVALID))
+                self.assertEqual([caption for caption in ("Insert", "Delete", "Rep. Insert", "Rep. Delete")
+                                  if program.screen.button(caption).enabled()], [])
+        csv, later = self.file("any.csv", CSV), self.file("later.csv", b"A,B\n" + b"x" * 1025)
+        run(program, opens(csv, IMPORT), "Cancel", shows(LOOKUP),
+            refuses("Rep. Insert", LINE + "1", OUT_OF_RANGE % 1), opens(csv, IMPORT), "Translate",
+            asks("Invalid Lookup File!", IDOK, LOOKUP, INVALID), opens(later, IMPORT), toggles(1, 2), "Translate",
+            asks(LONG_LINE, IDOK, LOOKUP, "Open File"), holds("1: A|2: B"),
+            opens(self.file("damaged.lkt", GOOD[:-1] + b"?"), "Invalid Checksum", OVER),
+            asks("Invalid Checksum in Lookup File!", IDOK, LOOKUP, "Invalid Checksum"), holds("1: ONE|2: |3: TW?"),
+            IDCANCEL, START_DATA, opens(self.file("bad.dat", b"D\r\nNAME"), INVALID),
+            asks("Invalid Data File!", IDOK, DATA, INVALID))
+
+    def test_what_cannot_be_saved(self):
+        for taken in ("taken.lkt", "~TOLVAN0.TMP"):  # the latter keeps a new file from being written
+            (self.folder / taken).mkdir()
+        replace = f"{windows_path(self.folder / 'taken.lkt')} already exists.\nDo you want to replace it?"
+        too_long = "Line 2 is longer than 255 characters.\nA lookup system file cannot hold it."
+        new, long = self.folder / "new", self.file("long.csv", b"ONE\n" + b"x" * 256)
+        self.start(
+            START, opens(long, IMPORT), toggles(1), "Translate", shows(LOOKUP),
+            saves(new, AS_SYSTEM, asks(too_long, IDOK, "Lookup File", "Lookup File"),
+                  asks("Error Saving Lookup File!", IDOK, LOOKUP, "Lookup File")),
+            saves(self.folder / "taken", asks(replace, IDYES, "Save File"),
+                  asks("Cannot Save File.\nFile Creation Error!", IDOK, LOOKUP, "Save File")), IDCANCEL,
+            START_DATA, ADD, "Program Name: PROG",
+            saves(new, asks("Error Saving Data File!", IDOK, DATA, "Data File"), then=DATA))
+        self.assertEqual(sorted(os.listdir(self.folder)), ["long.csv", "taken.lkt", "~TOLVAN0.TMP"])
