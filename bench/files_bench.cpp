@@ -1,10 +1,14 @@
 // Benchmarks of the record store and of lookup and data files.
+#include "app/checksum.h"
 #include "app/files.h"
+#include "files/FILEGEN.h"
+#include "files/FILEGEN_formats.h"
 #include "files/FILEGEN_import.h"
 #include "files/MEMORY.h"
 
 #include <benchmark/benchmark.h>
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -81,5 +85,67 @@ BENCHMARK_CAPTURE(import_rows, dbase_1_column, dbase_start(), DBASE_ROW, read_db
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(import_rows, dbase_5_columns, dbase_start(), DBASE_ROW, read_dbase_file, 5)
     ->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+// A system file of a million records: saving and opening take at most four times as long as folding its bytes
+// one by one.
+
+int choose_lookup_format(WINDOW) {
+    return LOOKUP_SYSTEM_FILE;
+}
+
+namespace {
+
+constexpr std::uint32_t SYSTEM_RECORDS = 1'000'000;
+double fold_seconds = 0; // 0 while it has not run
+
+template <typename WORK>
+void measure_system_file(benchmark::State& state, double* seconds, WORK work) {
+    const std::string name = (std::filesystem::temp_directory_path() / "tolvan_bench.lkt").string();
+    initialize_memory();
+    for (std::uint32_t number = 0; number < SYSTEM_RECORDS; ++number)
+        add_record_entry("article " + std::to_string(1'000'000 + number));
+    if (write_edit_file(nullptr, name, LOOKUP_FILE_EDITED) <= 0)
+        std::abort();
+    const std::string bytes = *read_whole_file(open_file(name, "rb").get());
+    const auto begin = std::chrono::steady_clock::now();
+    for (auto _ : state)
+        work(name, bytes);
+    const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - begin;
+    const double one_run = passed.count() / static_cast<double>(state.iterations());
+    if (seconds != nullptr)
+        *seconds = one_run;
+    else if (fold_seconds > 0)
+        state.counters["times_folding_at_most_4"] = one_run / fold_seconds;
+    std::filesystem::remove(name);
+}
+
+void fold_system_file(benchmark::State& state) {
+    measure_system_file(state, &fold_seconds, [](const std::string&, const std::string& bytes) {
+        std::uint16_t crc = 0;
+        for (const char byte : bytes)
+            crc_16(static_cast<std::uint8_t>(byte), &crc);
+        benchmark::DoNotOptimize(crc);
+    });
+}
+BENCHMARK(fold_system_file)->Name("system_file/folded_byte_by_byte")->Unit(benchmark::kMillisecond);
+
+void save_system_file(benchmark::State& state) {
+    measure_system_file(state, nullptr, [](const std::string& name, const std::string&) {
+        if (write_edit_file(nullptr, name, LOOKUP_FILE_EDITED) <= 0)
+            std::abort();
+    });
+}
+BENCHMARK(save_system_file)->Name("system_file/save_a_million")->Unit(benchmark::kMillisecond);
+
+void open_system_file(benchmark::State& state) {
+    measure_system_file(state, nullptr, [](const std::string& name, const std::string&) {
+        free_memchunks();
+        if (read_edit_file(nullptr, name, LOOKUP_FILE_EDITED) != SYSTEM_RECORDS)
+            std::abort();
+    });
+}
+BENCHMARK(open_system_file)->Name("system_file/open_a_million")->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "app/dialogs.h"
 #include "files/FILEGEN.h"
 #include "files/FILEGEN_edits.h"
+#include "files/FILEGEN_formats.h"
 #include "files/FILEGEN_import.h"
 #include "resources/control.h"
 #include "resources/define.h"
@@ -33,7 +34,7 @@ void limit_number(HWND hDlg, int edit, int updown, WPARAM limit) {
 
 void finish_repeat(HWND hDlg, bool had_memory) {
     if (!had_memory)
-        tell_out_of_memory(hDlg);
+        report_out_of_memory(hDlg);
     EndDialog(hDlg, 1);
 }
 
@@ -264,10 +265,6 @@ INT_PTR CALLBACK LOOKUPFILECHOICEPROC(HWND hDlg, UINT message, WPARAM wParam, LP
 std::string interval_text(unsigned n) {
     static constexpr const char* FIRST_ONES[] = {"every", "every 2nd", "every 3rd"};
     return n <= std::size(FIRST_ONES) ? FIRST_ONES[n - 1] : "every " + std::to_string(n) + "th";
-}
-
-void tell_out_of_memory(HWND owner) {
-    show_message(owner, OUT_OF_MEMORY_TEXT, MEMORY_CAPTION, MESSAGE_ICON::WARNING);
 }
 
 void show_hourglass() {

@@ -7,6 +7,7 @@
 #include "app/settings.h"
 #include "files/FILEGEN.h"
 #include "files/FILEGEN_edits.h"
+#include "files/FILEGEN_formats.h"
 #include "files/MEMORY.h"
 #include "program/Prog_edits.h"
 #include "resources/control.h"
@@ -221,7 +222,7 @@ void store_line(HWND hDlg, FILE_EDITOR& editor) {
         realloc_record_entry(record_in(line_in(editor.edited_row)), control_text(hDlg, control));
     editor.edited_row = NO_ROW;
     if (record == nullptr) {
-        tell_out_of_memory(hDlg);
+        report_out_of_memory(hDlg);
         EndDialog(hDlg, 0);
     } else if (control_text(hDlg, control) != record) {
         set_own_text(hDlg, control, record);
@@ -243,7 +244,7 @@ void tell_of_changed_records(HWND hDlg, FILE_EDITOR& editor) {
 
 void insert_line(HWND hDlg, FILE_EDITOR& editor, std::int64_t line) {
     if (insert_record_entry(record_in(line), "") == nullptr) {
-        tell_out_of_memory(hDlg);
+        report_out_of_memory(hDlg);
         return;
     }
     ++record_entry_total;
@@ -362,7 +363,7 @@ bool empty_store(HWND hDlg) {
     data_program_name.clear();
     if (free_memchunks() != nullptr)
         return true;
-    tell_out_of_memory(hDlg);
+    report_out_of_memory(hDlg);
     EndDialog(hDlg, 0);
     return false;
 }

@@ -21,8 +21,5 @@ INT_PTR CALLBACK REPEATDELETEPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM
 // The row of the interval list that stands for every n-th record, n from 1.
 std::string interval_text(unsigned n);
 
-// Tells that the store has no room left.
-void tell_out_of_memory(HWND owner);
-
 // The pointer that stands until the mouse moves over a window again.
 void show_hourglass();

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <string>
+#include <unistd.h>
 
 inline void write_bytes(const std::string& name, const std::string& bytes) {
     std::ofstream(name, std::ios::binary) << bytes;
@@ -129,7 +130,7 @@ protected:
     }
 
 private:
-    const std::string folder = ::testing::TempDir() + "tolvan_" +
+    const std::string folder = ::testing::TempDir() + "tolvan_" + std::to_string(getpid()) + "_" +
                                ::testing::UnitTest::GetInstance()->current_test_info()->test_suite_name() +
                                "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name();
 };
