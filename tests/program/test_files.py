@@ -112,7 +112,7 @@ class FilesTest(ScriptTest):
                 run(program, START, opens(path, IMPORT))
                 self.assertEqual(the_list(program).entries(), [
                     *(f"\tNo\t{column:19}" for column in ("Name", "Code")), "<End Of Fields>"])
-                run(program, choice, "Translate", shows(LOOKUP), saves(path.with_suffix(".lkt"), AS_SYSTEM))
+                run(program, choice, "Translate", shows(LOOKUP), settled, saves(path.with_suffix(".lkt"), AS_SYSTEM))
                 self.assert_holds(path.with_suffix(".lkt"), system_file(path.stem.encode(), records))
 
     def test_questions_and_names(self):
@@ -144,14 +144,14 @@ class FilesTest(ScriptTest):
                 path = self.folder / name if content is None else self.file(name, content)
                 run(program, opens(path, "Open File" if said_before else INVALID),
                     [asks(text, IDOK, INVALID, "Open File") for text in said_before],
-                    asks(INVALID_LOOKUP, IDOK, LOOKUP, INVALID))
+                    asks(INVALID_LOOKUP, IDOK, LOOKUP, INVALID), settled)
                 self.assertEqual([caption for caption in ("Insert", "Delete", "Rep. Insert", "Rep. Delete")
                                   if program.screen.button(caption).enabled()], [])
         csv, damaged = self.file("any.csv", CSV), self.file("damaged.lkt", GOOD[:-1] + b"?")
         run(program, opens(csv, IMPORT), "Cancel", shows(LOOKUP), opens(csv, IMPORT), "Translate",
             asks(INVALID_LOOKUP, IDOK, LOOKUP, INVALID), opens(damaged, "Invalid Checksum"),
-            asks("Invalid Checksum in Lookup File!", IDOK, LOOKUP, "Invalid Checksum"), holds("1: ONE|2: |3: TW?"),
-            IDCANCEL, START_DATA, opens(self.file("bad.dat", b"D\r\nNAME"), INVALID),
+            asks("Invalid Checksum in Lookup File!", IDOK, LOOKUP, "Invalid Checksum"), settled,
+            holds("1: ONE|2: |3: TW?"), IDCANCEL, START_DATA, opens(self.file("bad.dat", b"D\r\nNAME"), INVALID),
             asks("Invalid Data File!", IDOK, DATA, INVALID))
 
     def test_what_cannot_be_saved(self):
