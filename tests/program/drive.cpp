@@ -170,7 +170,10 @@ std::string find_caption(const ARGUMENTS& arguments) {
 
 std::string describe(const ARGUMENTS& arguments) {
     const HWND window = window_of(arguments.at(1));
-    return IsWindow(window) ? description(window, text_of(window)) : "null";
+    if (!IsWindow(window))
+        return "null";
+    const bool top_level = (GetWindowLongA(window, GWL_STYLE) & WS_CHILD) == 0;
+    return description(window, top_level ? caption_of(window) : text_of(window)); // the former may be closing
 }
 
 std::string child_handle(const ARGUMENTS& arguments) {

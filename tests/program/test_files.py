@@ -11,6 +11,7 @@ from tolvan import ID, IDCANCEL, IDNO, IDOK, IDYES, TITLE, WM_KEYDOWN, Program, 
 
 MAIN, LOOKUP, DATA = TITLE + " (Default)", "Lookup File Editor", "Data File Editor"
 IMPORT, OVERWRITE, INVALID = "Translate Database File", "Overwrite Current Data?", "Invalid/Corrupt"
+INVALID_LOOKUP = "Invalid Lookup File!"
 INSERTS, DELETES = "Repetitive Field Insert", "Repetitive Field Delete"
 DIALOGS = {"Rep. Add": INSERTS, "Rep. Insert": INSERTS, "Rep. Delete": DELETES}  # by their buttons
 LINE, OUT_OF_RANGE = "Starting with line #: ", "Starting with line# %d out of range."
@@ -111,7 +112,7 @@ class FilesTest(ScriptTest):
                 run(program, START, opens(path, IMPORT))
                 self.assertEqual(the_list(program).entries(), [
                     *(f"\tNo\t{column:19}" for column in ("Name", "Code")), "<End Of Fields>"])
-                run(program, choice, "Translate", shows(LOOKUP), saves(path.with_suffix(".lkt"), AS_SYSTEM))
+                run(program, choice, "Translate", shows(LOOKUP), settled, saves(path.with_suffix(".lkt"), AS_SYSTEM))
                 self.assert_holds(path.with_suffix(".lkt"), system_file(path.stem.encode(), records))
 
     def test_questions_and_names(self):
@@ -128,7 +129,8 @@ class FilesTest(ScriptTest):
             holds("Lookup Filename: INSIDE|1: ONE|2: |3: TWO"), saves(IDOK, AS_SYSTEM), IDCANCEL, START_DATA, ADD,
             ID.CMD_SAVE, asks("Data File Missing Associated Program Name!", IDOK, DATA, "Data File"),
             opens(data, DATA, OVER), holds("Data Filename: OTHER|Program Name: COLLECTS|3: TWO"),
-            "Program Name: NINECHARS", saves(self.folder / "saved", then=DATA), holds("Data Filename: saved"), IDCANCEL, shows(MAIN))
+            "Program Name: NINECHARS", saves(self.folder / "saved", then=DATA), holds("Data Filename: saved"), IDCANCEL,
+            shows(MAIN))
         self.assert_holds("INSIDE.lkt", GOOD)
         self.assert_holds(kept, system_file(b"kept", [b"KEPT"]))
         self.assert_holds("saved.dat", text_file(b"D", b"saved", b"NINECHAR", *RECORDS))
@@ -140,15 +142,16 @@ class FilesTest(ScriptTest):
         for name, content, said_before in REFUSED:
             with self.subTest(name):
                 path = self.folder / name if content is None else self.file(name, content)
-                run(program, opens(path, "*"), [asks(text, IDOK, INVALID, "Open File") for text in said_before],
-                    asks("Invalid Lookup File!", IDOK, LOOKUP, INVALID))
+                run(program, opens(path, "Open File" if said_before else INVALID),
+                    [asks(text, IDOK, INVALID, "Open File") for text in said_before],
+                    asks(INVALID_LOOKUP, IDOK, LOOKUP, INVALID), settled)
                 self.assertEqual([caption for caption in ("Insert", "Delete", "Rep. Insert", "Rep. Delete")
                                   if program.screen.button(caption).enabled()], [])
         csv, damaged = self.file("any.csv", CSV), self.file("damaged.lkt", GOOD[:-1] + b"?")
         run(program, opens(csv, IMPORT), "Cancel", shows(LOOKUP), opens(csv, IMPORT), "Translate",
-            asks("Invalid Lookup File!", IDOK, LOOKUP, INVALID), opens(damaged, "Invalid Checksum"),
-            asks("Invalid Checksum in Lookup File!", IDOK, LOOKUP, "Invalid Checksum"), holds("1: ONE|2: |3: TW?"),
-            IDCANCEL, START_DATA, opens(self.file("bad.dat", b"D\r\nNAME"), INVALID),
+            asks(INVALID_LOOKUP, IDOK, LOOKUP, INVALID), opens(damaged, "Invalid Checksum"),
+            asks("Invalid Checksum in Lookup File!", IDOK, LOOKUP, "Invalid Checksum"), settled,
+            holds("1: ONE|2: |3: TW?"), IDCANCEL, START_DATA, opens(self.file("bad.dat", b"D\r\nNAME"), INVALID),
             asks("Invalid Data File!", IDOK, DATA, INVALID))
 
     def test_what_cannot_be_saved(self):
