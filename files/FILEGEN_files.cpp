@@ -146,8 +146,8 @@ std::int64_t read_recognised(WINDOW owner, const std::string& file_name, int fil
 
 void report_changed_records(WINDOW owner) {
     show_message(owner,
-                 std::to_string(changed_records) + " records held characters that a record cannot hold.\n"
-                                                   "They were replaced or cut off.",
+                 "Records with characters that a record cannot hold: " + std::to_string(changed_records) +
+                     ".\nThe characters were replaced or cut off.",
                  OPEN_CAPTION, MESSAGE_ICON::WARNING);
 }
 

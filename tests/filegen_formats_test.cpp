@@ -158,7 +158,8 @@ TEST_F(FilegenFormatsTest, BearsEveryDamageToASystemFile) {
     const std::string changed = std::string(ITEMS_FILE).replace(25, 1, 1, '\xFF').replace(34, 1, 1, '\0');
     expect_opened(
         stamped(changed, LOOKUP_CHECKSUM), LOOKUP,
-        {3, "2 records held characters that a record cannot hold.\nThey were replaced or cut off."});
+        {3,
+         "Records with characters that a record cannot hold: 2.\nThe characters were replaced or cut off."});
     EXPECT_EQ(stored_records(), "?1||G|");
 }
 
