@@ -26,33 +26,12 @@
 
 namespace {
 
+constexpr std::size_t PROGRESS_STEP = std::size_t{64} << 10; // bytes between two updates of the progress box
+
 constexpr std::string_view LINE_END = "\r\n";
 constexpr std::size_t RECORD_COUNT_OFFSET = 16;
 constexpr std::uint8_t RECORD_MARKER = 0xFF;
-constexpr std::size_t LONGEST_SYSTEM_RECORD = 255;           // characters: the length is one byte
-constexpr std::size_t PROGRESS_STEP = std::size_t{64} << 10; // bytes between two updates of the progress box
-
-struct BOX_CLOSER {
-    void operator()(STATUS_BOX* box) const {
-        close_status_box(box);
-    }
-};
-
-// The progress box of a reader, and what it has shown.
-struct PROGRESS {
-    std::unique_ptr<STATUS_BOX, BOX_CLOSER> box;
-    std::size_t size; // bytes
-    std::size_t next_update = 0;
-};
-
-void show_progress(PROGRESS& progress, std::size_t position) {
-    if (position < progress.next_update)
-        return;
-    update_status_bar(progress.box.get(), static_cast<std::int64_t>(position),
-                      static_cast<std::int64_t>(progress.size));
-    progress.next_update = position + PROGRESS_STEP;
-}
-
+constexpr std::size_t LONGEST_SYSTEM_RECORD = 255; // characters: the length is one byte
 enum class LOADED { ALL, TOO_SHORT, OUT_OF_MEMORY };
 
 LOADED load_lines(TEXT_SOURCE& source, std::int64_t* count) {
@@ -146,6 +125,14 @@ void write_line(std::string& image, std::string_view output_str) {
 void byte_checksum(std::string_view byte_str, std::uint8_t* checksum) {
     for (const char byte : byte_str)
         *checksum = static_cast<std::uint8_t>(*checksum + static_cast<std::uint8_t>(byte));
+}
+
+void show_progress(PROGRESS& progress, std::size_t position) {
+    if (position < progress.next_update)
+        return;
+    update_status_bar(progress.box.get(), static_cast<std::int64_t>(position),
+                      static_cast<std::int64_t>(progress.size));
+    progress.next_update = position + PROGRESS_STEP;
 }
 
 std::int64_t read_tolvan_ascii_file(WINDOW owner, TEXT_SOURCE& source) {

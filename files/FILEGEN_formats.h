@@ -2,9 +2,11 @@
 #pragma once
 
 #include "app/TolvanP.h"
+#include "app/desktop.h"
 
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -43,3 +45,17 @@ int write_lookup_sys_file(WINDOW owner, const std::string& file_name);
 
 // Tells that memory ran out. Returns -1.
 int report_out_of_memory(WINDOW owner);
+
+struct BOX_CLOSER {
+    void operator()(STATUS_BOX* box) const {
+        close_status_box(box);
+    }
+};
+
+// The progress box of a reader, and when it is shown anew. Telling it each record costs next to nothing.
+struct PROGRESS {
+    std::unique_ptr<STATUS_BOX, BOX_CLOSER> box;
+    std::size_t size; // bytes
+    std::size_t next_update = 0;
+};
+void show_progress(PROGRESS& progress, std::size_t position);

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <new>
 #include <optional>
 
@@ -15,8 +14,7 @@ namespace {
 
 using VALUES = std::vector<std::string_view>; // of a row, in the order of the columns
 
-constexpr std::size_t PROGRESS_STEP = std::size_t{64} << 10; // bytes between two redraws
-constexpr std::size_t TRUNCATED_VALUE = 20;                  // characters
+constexpr std::size_t TRUNCATED_VALUE = 20; // characters
 
 void show_warning(WINDOW owner, const char* text, const char* caption = "Open File") {
     show_message(owner, text, caption, MESSAGE_ICON::WARNING);
@@ -66,20 +64,14 @@ bool add_chosen_values(const std::vector<FIELD_DESCRIPTOR>& fields, const IMPORT
 template <typename READ_ROW>
 std::int64_t add_rows(WINDOW owner, const TEXT_SOURCE& source, const std::vector<FIELD_DESCRIPTOR>& fields,
                       const IMPORT_OPTIONS& options, const VALUES& values, READ_ROW read_row) {
-    const std::unique_ptr<STATUS_BOX, void (*)(STATUS_BOX*)> box(open_status_box(STATUS_OPEN_FILE),
-                                                                 close_status_box);
+    PROGRESS progress{{open_status_box(STATUS_OPEN_FILE), {}}, source.bytes.size()};
     std::int64_t records = 0;
-    std::size_t next_update = 0;
     while (read_row()) {
         if (!add_chosen_values(fields, options, values, &records)) {
             show_warning(owner, OUT_OF_MEMORY_TEXT, MEMORY_CAPTION);
             return -1;
         }
-        if (source.position >= next_update) {
-            update_status_bar(box.get(), static_cast<std::int64_t>(source.position),
-                              static_cast<std::int64_t>(source.bytes.size()));
-            next_update = source.position + PROGRESS_STEP;
-        }
+        show_progress(progress, source.position);
     }
     return records;
 }
