@@ -1,5 +1,6 @@
 #include "app/dialogs.h"
 
+#include "app/TolvanP.h"
 #include "app/desktop.h"
 
 #include <commctrl.h>
@@ -63,6 +64,19 @@ std::string control_text(HWND dialog, int control) {
 
 void set_control_text(HWND dialog, int control, const std::string& text) {
     SetDlgItemTextA(dialog, control, text.c_str());
+}
+
+bool is_ticked(HWND dialog, int box) {
+    return IsDlgButtonChecked(dialog, box) == BST_CHECKED;
+}
+
+void tick(HWND dialog, int box, bool ticked) {
+    CheckDlgButton(dialog, box, ticked ? BST_CHECKED : BST_UNCHECKED);
+}
+
+bool answers_yes(HWND owner, const std::string& question) {
+    return show_message(owner, question, PROGRAM_TITLE, MESSAGE_ICON::QUESTION, MESSAGE_BUTTONS::YES_NO) ==
+           BUTTON::YES;
 }
 
 void install_filter(HWND control, WNDPROC filter) {

@@ -23,6 +23,13 @@ std::string window_text(HWND window);
 std::string control_text(HWND dialog, int control);
 void set_control_text(HWND dialog, int control, const std::string& text);
 
+// Check boxes and radio buttons.
+bool is_ticked(HWND dialog, int box);
+void tick(HWND dialog, int box, bool ticked);
+
+// Asks a Yes/No question under the program's title.
+bool answers_yes(HWND owner, const std::string& question);
+
 // Gives a control another window procedure and keeps its own, which own_procedure_of() tells the filter for
 // what it does not take; remove_filter() gives it back.
 void install_filter(HWND control, WNDPROC filter);

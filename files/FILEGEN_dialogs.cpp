@@ -228,8 +228,7 @@ INT_PTR CALLBACK EXTRACTDBASEPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM
             toggle_selected_column(hDlg, import_choice(hDlg));
         } else if (LOWORD(wParam) == IDOK) {
             for (const auto& box : IMPORT_BOXES)
-                import_choice(hDlg).options.*box.option =
-                    IsDlgButtonChecked(hDlg, box.control) == BST_CHECKED;
+                import_choice(hDlg).options.*box.option = is_ticked(hDlg, box.control);
             EndDialog(hDlg, 1);
         } else if (LOWORD(wParam) == IDCANCEL) {
             EndDialog(hDlg, 0);
@@ -250,8 +249,7 @@ INT_PTR CALLBACK LOOKUPFILECHOICEPROC(HWND hDlg, UINT message, WPARAM wParam, LP
         return TRUE;
     case WM_COMMAND:
         if (LOWORD(wParam) == IDOK)
-            EndDialog(hDlg, IsDlgButtonChecked(hDlg, IDC_FORMAT_SYSTEM) == BST_CHECKED ? LOOKUP_SYSTEM_FILE
-                                                                                       : LOOKUP_ASCII_FILE);
+            EndDialog(hDlg, is_ticked(hDlg, IDC_FORMAT_SYSTEM) ? LOOKUP_SYSTEM_FILE : LOOKUP_ASCII_FILE);
         else if (LOWORD(wParam) == IDCANCEL)
             EndDialog(hDlg, 0);
         return TRUE;

@@ -101,11 +101,6 @@ const EDITOR_KIND& kind_of(const FILE_EDITOR& editor) {
     return EDITOR_KINDS[editor.file_type];
 }
 
-bool answers_yes(HWND hDlg, const char* question) {
-    return show_message(hDlg, question, PROGRAM_TITLE, MESSAGE_ICON::QUESTION, MESSAGE_BUTTONS::YES_NO) ==
-           BUTTON::YES;
-}
-
 // --- lines and records ---
 
 int row_of(int control) {

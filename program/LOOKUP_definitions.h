@@ -13,9 +13,6 @@
 bool define_table(std::string& text, HWND owner, bool is_new);
 bool define_file(std::string& text, HWND owner, PROGRAM_HEADER& program, bool is_new);
 
-void check_box(HWND hDlg, int control, bool checked);
-bool is_checked(HWND hDlg, int control);
-
 // Shows the message's edit as the portable will show it.
 void update_error_display(HWND hDlg, bool is_table);
 

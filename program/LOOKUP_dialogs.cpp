@@ -7,14 +7,6 @@
 #include "resources/control.h"
 #include "resources/define.h"
 
-void check_box(HWND hDlg, int control, bool checked) {
-    CheckDlgButton(hDlg, control, checked ? BST_CHECKED : BST_UNCHECKED);
-}
-
-bool is_checked(HWND hDlg, int control) {
-    return IsDlgButtonChecked(hDlg, control) == BST_CHECKED;
-}
-
 void update_error_display(HWND hDlg, bool is_table) {
     int control = IDC_LOOKUP_PREVIEW;
     for (const std::string& line : lookup_message_lines(control_text(hDlg, IDC_LOOKUP_MESSAGE), is_table))
@@ -22,16 +14,16 @@ void update_error_display(HWND hDlg, bool is_table) {
 }
 
 void fill_shared_controls(HWND hDlg, const LOOKUP_OPTIONS& lookup, bool is_table) {
-    check_box(hDlg, IDC_LOOKUP_ACCEPT, lookup.accept_mismatches);
-    check_box(hDlg, IDC_LOOKUP_PARTIAL, lookup.partial_matches);
+    tick(hDlg, IDC_LOOKUP_ACCEPT, lookup.accept_mismatches);
+    tick(hDlg, IDC_LOOKUP_PARTIAL, lookup.partial_matches);
     SendDlgItemMessageA(hDlg, IDC_LOOKUP_MESSAGE, EM_LIMITTEXT, LOOKUP_MESSAGE_LIMIT, 0);
     set_own_text(hDlg, IDC_LOOKUP_MESSAGE, lookup.message);
     update_error_display(hDlg, is_table);
 }
 
 void read_shared_controls(HWND hDlg, LOOKUP_OPTIONS& lookup) {
-    lookup.accept_mismatches = is_checked(hDlg, IDC_LOOKUP_ACCEPT);
-    lookup.partial_matches = is_checked(hDlg, IDC_LOOKUP_PARTIAL);
+    lookup.accept_mismatches = is_ticked(hDlg, IDC_LOOKUP_ACCEPT);
+    lookup.partial_matches = is_ticked(hDlg, IDC_LOOKUP_PARTIAL);
     lookup.message = control_text(hDlg, IDC_LOOKUP_MESSAGE);
 }
 
@@ -46,11 +38,11 @@ INT_PTR CALLBACK LOOKUPCHOICEPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM
     switch (message) {
     case WM_INITDIALOG:
         center_window(hDlg);
-        check_box(hDlg, IDC_CHOICE_FILE, true);
+        tick(hDlg, IDC_CHOICE_FILE, true);
         return TRUE;
     case WM_COMMAND:
         if (LOWORD(wParam) == IDOK)
-            EndDialog(hDlg, is_checked(hDlg, IDC_CHOICE_TABLE) ? IDC_CHOICE_TABLE : IDC_CHOICE_FILE);
+            EndDialog(hDlg, is_ticked(hDlg, IDC_CHOICE_TABLE) ? IDC_CHOICE_TABLE : IDC_CHOICE_FILE);
         else if (LOWORD(wParam) == IDCANCEL)
             EndDialog(hDlg, 0);
         return TRUE;

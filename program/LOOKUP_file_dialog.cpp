@@ -71,8 +71,8 @@ void open_file_editor(HWND hDlg, const FILE_EDITOR& editor) {
         set_own_text(hDlg, edit.control, editor.file.*edit.shown.value);
     }
     for (const auto& box : LOOKUP_BOXES)
-        check_box(hDlg, box.control, editor.file.*box.option);
-    check_box(hDlg, IDC_LOOKUP_NO_VIEW, editor.disables_view);
+        tick(hDlg, box.control, editor.file.*box.option);
+    tick(hDlg, IDC_LOOKUP_NO_VIEW, editor.disables_view);
     fill_shared_controls(hDlg, editor.file, false);
 }
 
@@ -80,8 +80,8 @@ void read_file_editor(HWND hDlg, FILE_EDITOR& editor) {
     for (const LOOKUP_EDIT& edit : LOOKUP_EDITS) // a broken token must not take the next comma with it
         editor.file.*edit.shown.value = normal_escaped_text(control_text(hDlg, edit.control));
     for (const auto& box : LOOKUP_BOXES)
-        editor.file.*box.option = is_checked(hDlg, box.control);
-    editor.disables_view = is_checked(hDlg, IDC_LOOKUP_NO_VIEW);
+        editor.file.*box.option = is_ticked(hDlg, box.control);
+    editor.disables_view = is_ticked(hDlg, IDC_LOOKUP_NO_VIEW);
     read_shared_controls(hDlg, editor.file);
 }
 

@@ -211,11 +211,11 @@ void take_options(HWND hDlg, TABLE_EDITOR& editor, int control) {
     editor.changed = true;
     read_shared_controls(hDlg, editor.table);
     const std::string text = lookup_table_text(editor.table);
-    if (control == IDC_LOOKUP_MESSAGE || !is_checked(hDlg, control) ||
+    if (control == IDC_LOOKUP_MESSAGE || !is_ticked(hDlg, control) ||
         (text.size() <= LOOKUP_LIMIT && text.ends_with(editor.table.message)))
         return;
     beep();
-    check_box(hDlg, control, false);
+    tick(hDlg, control, false);
     read_shared_controls(hDlg, editor.table);
 }
 

@@ -107,14 +107,6 @@ constexpr TEXT_EDIT TEXT_EDITS[] = {
 
 // --- controls ---
 
-bool is_ticked(HWND dialog, int box) {
-    return IsDlgButtonChecked(dialog, box) == BST_CHECKED;
-}
-
-void tick(HWND dialog, int box, bool ticked) {
-    CheckDlgButton(dialog, box, ticked ? BST_CHECKED : BST_UNCHECKED);
-}
-
 void enable(HWND dialog, int control, bool enabled) {
     EnableWindow(GetDlgItem(dialog, control), enabled);
 }

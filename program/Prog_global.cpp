@@ -50,9 +50,9 @@ void init_global_data(HWND dialog) {
 void read_global_data(HWND dialog, GLOBAL_DATA_OPTIONS& options) {
     for (const NUMBER_EDIT& edit : NUMBER_EDITS)
         options.*edit.value = static_cast<std::int32_t>(edit_number(dialog, edit.control));
-    options.dup_warning = IsDlgButtonChecked(dialog, IDC_GLOBAL_DUP_WARNING) == BST_CHECKED;
+    options.dup_warning = is_ticked(dialog, IDC_GLOBAL_DUP_WARNING);
     for (int action = 1; action <= ACTION_COUNT; ++action) // the buttons exclude each other
-        if (IsDlgButtonChecked(dialog, IDC_GLOBAL_ADD + action - 1) == BST_CHECKED)
+        if (is_ticked(dialog, IDC_GLOBAL_ADD + action - 1))
             options.mult_field_operator = action;
 }
 
@@ -104,7 +104,7 @@ constexpr BAR_TYPE BAR_TYPES[] = {
 
 // "All" covers the single boxes, which keep their ticks.
 void enable_single_types(HWND dialog) {
-    const BOOL enabled = IsDlgButtonChecked(dialog, IDC_BAR_ALL) != BST_CHECKED;
+    const BOOL enabled = !is_ticked(dialog, IDC_BAR_ALL);
     for (const BAR_TYPE& type : BAR_TYPES)
         if (type.control != IDC_BAR_ALL)
             EnableWindow(GetDlgItem(dialog, type.control), enabled);
@@ -119,7 +119,7 @@ void show_bar_types(HWND dialog) {
 void store_bar_types(HWND dialog) {
     unsigned bits = current_barcode_bit_values & (BARCODE_APPEND | BARCODE_AUTO_ADVANCE);
     for (const BAR_TYPE& type : BAR_TYPES)
-        if (IsDlgButtonChecked(dialog, type.control) == BST_CHECKED)
+        if (is_ticked(dialog, type.control))
             bits |= type.mask;
     current_barcode_bit_values = static_cast<std::uint16_t>(bits);
 }

@@ -183,11 +183,6 @@ void give_procedures_back(HWND hDlg) {
 
 // --- the file ---
 
-bool answers_yes(HWND hDlg, const std::string& question) {
-    return show_message(hDlg, question, PROGRAM_TITLE, MESSAGE_ICON::QUESTION, MESSAGE_BUTTONS::YES_NO) ==
-           BUTTON::YES;
-}
-
 std::string program_name(const std::string& path) {
     const std::string title = path_file_title(path);
     return title.substr(0, title.find('.'));
@@ -359,7 +354,7 @@ INT_PTR take_list_key(HWND hDlg, int key) {
 // --- commands ---
 
 void take_box(HWND hDlg, const HEADER_BOX& box) {
-    const bool ticked = IsDlgButtonChecked(hDlg, box.control) == BST_CHECKED;
+    const bool ticked = is_ticked(hDlg, box.control);
     program_header.bit_values &= static_cast<std::uint8_t>(~box.mask);
     if (ticked == box.ticked_when_set)
         program_header.bit_values |= box.mask;

@@ -8,10 +8,6 @@ namespace {
 
 constexpr WPARAM ESCAPED_TEXT_LIMIT = 250; // characters that can be typed
 
-bool is_ticked(HWND dialog, int control) {
-    return IsDlgButtonChecked(dialog, control) == BST_CHECKED;
-}
-
 void show_value(HWND dialog, const STEPPED_VALUE& row, unsigned value) {
     set_control_text(dialog, row.control, format_value(value, row.format));
 }
