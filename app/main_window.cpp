@@ -12,6 +12,8 @@
 #include "comm/PCOM_screens.h"
 #include "files/FILEGEN.h"
 #include "files/FILEGEN_screens.h"
+#include "library/LIB_screens.h"
+#include "monitor/MONITOR_screens.h"
 #include "program/Prog_screens.h"
 #include "resources/define.h"
 #include "setup/SETUP.h"
@@ -31,7 +33,6 @@ constexpr int FIRST_HEIGHT = 80;
 constexpr int PICTURE_WIDTH = 29; // pixels, of the toolbar's buttons
 constexpr int PICTURE_HEIGHT = 30;
 
-constexpr char MONITOR_CLASS[] = "MONITOR";
 constexpr char DEFAULT_SETUP_NAME[] = "Default";   // stands in the title until a setup has a file
 constexpr char HELP_FILE[] = "help\\helpfile.hlp"; // in the program's folder
 
@@ -128,9 +129,8 @@ void show_help(HWND hwnd) {
         WinHelpA(hwnd, path.c_str(), HELP_FINDER, 0);
 }
 
-void screen_comes_later(HWND hwnd) {
-    show_message(hwnd, "This screen comes with a later version of the program.", PROGRAM_TITLE,
-                 MESSAGE_ICON::INFORMATION);
+void run_upgrade(HWND hwnd) {
+    run_dialog(DLG_SEND_RECEIVE, hwnd, UPGRADEPROC, ACTION_UPGRADE);
 }
 
 void leave(HWND hwnd) {
@@ -149,7 +149,7 @@ const COMMAND COMMANDS[] = {
     {.id = CMD_PROGRAMMING, .dialog = DLG_PROGRAMMING, .dialog_procedure = PROGRAMMINGPROC},
     {.id = CMD_LOOKUP_EDITOR, .run = run_lookup_editor},
     {.id = CMD_DATA_EDITOR, .run = run_data_editor},
-    {.id = CMD_LIBRARIAN, .run = screen_comes_later},
+    {.id = CMD_LIBRARIAN, .dialog = DLG_LIBRARIAN, .dialog_procedure = LIBRARYPROC},
     {.id = CMD_EXIT, .run = leave},
     {.id = CMD_COMM_SETUP, .dialog = DLG_COMM_SETUP, .dialog_procedure = SETUPPROC},
     {.id = CMD_SEND, .run = run_send},
@@ -178,8 +178,8 @@ const COMMAND COMMANDS[] = {
     {.id = CMD_BAR_BEEPER, .dialog = DLG_BAR_BEEPER, .dialog_procedure = BARBEEPPROC},
     {.id = CMD_LASER_CCD, .dialog = DLG_LASER_CCD, .dialog_procedure = LASERCCDPROC},
     {.id = CMD_BAR_OTHER, .dialog = DLG_BAR_OTHER, .dialog_procedure = BAROTHERPROC},
-    {.id = CMD_UPGRADE, .run = screen_comes_later},
-    {.id = CMD_MONITOR, .run = screen_comes_later},
+    {.id = CMD_UPGRADE, .run = run_upgrade},
+    {.id = CMD_MONITOR, .run = open_monitor},
     {.id = CMD_HELP_TOPICS, .run = show_help},
     {.id = CMD_ABOUT, .dialog = DLG_ABOUT, .dialog_procedure = TolvanABOUTPROC},
 };
@@ -322,7 +322,7 @@ void register_window_classes() {
 
     WNDCLASSA monitor_class{};
     monitor_class.style = CS_HREDRAW | CS_VREDRAW;
-    monitor_class.lpfnWndProc = DefWindowProcA; // until the monitor's own procedure comes
+    monitor_class.lpfnWndProc = MONITORPROC;
     monitor_class.hInstance = hInstance;
     monitor_class.hCursor = LoadCursorA(nullptr, IDC_ARROW);
     monitor_class.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));

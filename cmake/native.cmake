@@ -1,7 +1,8 @@
 # The native side: the benchmarks, or the logic tests against scripted seams.
 if(TOLVAN_BENCH)
     find_package(benchmark REQUIRED)
-    add_executable(tolvan_bench bench/bench_desktop.cpp bench/files_bench.cpp bench/store_bench.cpp
+    add_executable(tolvan_bench bench/bench_desktop.cpp bench/files_bench.cpp bench/monitor_bench.cpp
+                                bench/store_bench.cpp
                                 bench/tolvan_bench.cpp)
     target_link_libraries(tolvan_bench PRIVATE tolvan_logic benchmark::benchmark)
     return()
@@ -9,12 +10,14 @@ endif()
 
 find_package(GTest REQUIRED)
 
-add_library(tolvan_test_seams OBJECT tests/desktop_script.cpp tests/filegen_script.cpp tests/line_script.cpp)
+add_library(tolvan_test_seams OBJECT tests/desktop_script.cpp tests/filegen_script.cpp tests/library_script.cpp
+                                      tests/line_script.cpp)
 target_link_libraries(tolvan_test_seams PUBLIC tolvan_logic)
 
 add_executable(logic_tests
     tests/app_test.cpp
     tests/checksum_test.cpp
+    tests/comm_flash_test.cpp
     tests/comm_log_test.cpp
     tests/comm_modem_test.cpp
     tests/comm_noise_test.cpp
@@ -22,11 +25,14 @@ add_executable(logic_tests
     tests/comm_test.cpp
     tests/comm_transfer_test.cpp
     tests/comm_xmodem_test.cpp
+    tests/convert_test.cpp
     tests/filegen_edits_test.cpp
     tests/filegen_formats_test.cpp
     tests/filegen_import_test.cpp
+    tests/library_test.cpp
     tests/lookup_test.cpp
     tests/memory_test.cpp
+    tests/monitor_test.cpp
     tests/program_checks_test.cpp
     tests/program_display_test.cpp
     tests/program_fields_test.cpp

@@ -16,9 +16,13 @@ add_library(tolvan_screens OBJECT
     app/progress.cpp
     comm/PCOM_screens.cpp
     comm/PCOM_setup.cpp
+    comm/PCOM_upgrade.cpp
     comm/line_win32.cpp
     files/FILEGEN_dialogs.cpp
     files/FILEGEN_editor.cpp
+    library/LIB_dialogs.cpp
+    monitor/MONITOR_prompts.cpp
+    monitor/MONITOR_window.cpp
     program/LOOKUP_dialogs.cpp
     program/LOOKUP_file_dialog.cpp
     program/LOOKUP_table_dialog.cpp
@@ -59,7 +63,10 @@ if(EXISTS ${GOOGLETEST_SOURCE}/CMakeLists.txt)
         tests/screens/drive_dialog.cpp
         tests/screens/field_screen_test.cpp
         tests/screens/filegen_screens_test.cpp
+        tests/screens/flash_screen_test.cpp
+        tests/screens/library_screens_test.cpp
         tests/screens/lookup_screens_test.cpp
+        tests/screens/monitor_screens_test.cpp
         tests/screens/options_screens_test.cpp
         tests/screens/program_screen_test.cpp
         tests/screens/screen_tests_main.cpp

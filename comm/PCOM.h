@@ -7,6 +7,7 @@
 #include <string>
 
 struct LINE;
+struct LINE_SETTINGS;
 
 enum PARITY { NO_PARITY = 0, ODD_PARITY = 1, EVEN_PARITY = 2 };
 enum PROTOCOL { PROTOCOL_NONE = 0, PROTOCOL_XMODEM = 1 };
@@ -57,12 +58,19 @@ const char* transfer_status_text(int result);
 const char* transfer_log_notes(int result); // nullptr when the ending is not logged
 
 // Direction of a transfer, and the action of the Send/Receive screen.
-enum TRANSFER_ACTION { ACTION_SEND = 1, ACTION_RECEIVE = 2 };
+enum TRANSFER_ACTION { ACTION_UPGRADE = 0, ACTION_SEND = 1, ACTION_RECEIVE = 2 };
 
 // --- the line (PCOM_line.cpp) ---
 
 // Opens and configures the port of comm_settings. nullptr after it has shown its error message.
 LINE* comm_initialize(int send_receive_mode);
+
+// A line without any flow control of the driver's own; `parity` is a PARITY.
+LINE_SETTINGS line_settings(std::uint32_t port, std::uint32_t baudrate, std::uint32_t databits,
+                            std::uint32_t stopbits, std::uint32_t parity);
+
+// Opens a line; nullptr after it has shown its error message.
+LINE* open_line_or_report(const LINE_SETTINGS& settings);
 
 // Always true on a direct cable; with a modem, while the carrier stands.
 bool carrier_detect(LINE* port);
@@ -80,6 +88,7 @@ void disconnect_modem(LINE* port);            // waits for the carrier to go, th
 // --- the transfers (PCOM_xmodem.cpp, PCOM_ascii.cpp); all return a TRANSFER_RESULT ---
 
 int xmodem_send_file(WINDOW screen, LINE* port, const std::string& file_name);
+int xmodem_send_flash(WINDOW screen, LINE* port, const std::string& file_name);
 int xmodem_receive_file(WINDOW screen, LINE* port, const std::string& file_name);
 int ascii_send_file(WINDOW screen, LINE* port, const std::string& file_name);
 int ascii_receive_file(WINDOW screen, LINE* port, const std::string& file_name);
@@ -97,6 +106,19 @@ std::string increment_extension(std::uint32_t counter);
 
 // Number of XMODEM blocks that a file of `size` bytes fills.
 std::uint64_t xmodem_blocks(std::uint64_t size);
+
+// --- the upgrade of the portable's flash memory (PCOM_flash.cpp) ---
+
+inline constexpr std::size_t FLASH_BLOCK_SIZE = 1024; // bytes
+
+// True when the file's own CRC is right.
+bool isflash_file(const std::string& file_name);
+
+// The settings that the upgrade needs, whatever the operator's are.
+void force_flash_settings();
+
+// One send with its result on the screen.
+void upgrade_flash(WINDOW screen, const std::string& file_name);
 
 // What the Send/Receive screen shows of the settings.
 struct SETTINGS_SUMMARY {

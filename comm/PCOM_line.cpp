@@ -4,6 +4,7 @@
 #include "comm/PCOM_poll.h"
 
 #include "app/desktop.h"
+#include "comm/line.h"
 #include "comm/transfer_screen.h"
 
 namespace {
@@ -31,28 +32,34 @@ const char* opening_error(LINE_OPENING result) {
 
 } // namespace
 
-// The direction makes no difference: the driver applies XON/XOFF neither to a send nor to a receive. With
-// XON/XOFF chosen, too, only the hold flags count, which the senders watch.
-LINE* comm_initialize(int /*send_receive_mode*/) {
-    const bool rts_cts = comm_settings.flow_control == FLOW_RTS_CTS;
+LINE_SETTINGS line_settings(std::uint32_t port, std::uint32_t baudrate, std::uint32_t databits,
+                            std::uint32_t stopbits, std::uint32_t parity) {
     LINE_SETTINGS settings = {};
-    settings.device = "COM" + std::to_string(comm_settings.port);
-    settings.mode = settings.device + ":9600," + parity_letter(comm_settings.parity) + "," +
-                    std::to_string(comm_settings.databits) + "," + std::to_string(comm_settings.stopbits);
-    settings.baudrate = comm_settings.baudrate;
+    settings.device = "COM" + std::to_string(port);
+    settings.mode = settings.device + ":9600," + parity_letter(parity) + "," + std::to_string(databits) +
+                    "," + std::to_string(stopbits);
+    settings.baudrate = baudrate;
     settings.xon_limit = XON_XOFF_LIMIT;
     settings.xoff_limit = XON_XOFF_LIMIT;
-    settings.output_xon_xoff = false;
-    settings.input_xon_xoff = false;
-    settings.cts_output_flow = rts_cts;
-    settings.rts_handshake = rts_cts;
-    settings.write_limit = WRITE_LIMIT;
+    return settings;
+}
 
+LINE* open_line_or_report(const LINE_SETTINGS& settings) {
     const auto [result, line] = open_line(settings);
     if (result == LINE_OPENING::OPEN)
         return line;
     show_comm_error(opening_error(result));
     return nullptr;
+}
+
+// The direction makes no difference: the driver applies XON/XOFF neither to a send nor to a receive. With
+// XON/XOFF chosen, too, only the hold flags count, which the senders watch.
+LINE* comm_initialize(int /*send_receive_mode*/) {
+    LINE_SETTINGS settings = line_settings(comm_settings.port, comm_settings.baudrate, comm_settings.databits,
+                                           comm_settings.stopbits, comm_settings.parity);
+    settings.rts_cts = comm_settings.flow_control == FLOW_RTS_CTS;
+    settings.write_limit = WRITE_LIMIT;
+    return open_line_or_report(settings);
 }
 
 bool carrier_detect(LINE* port) {

@@ -7,6 +7,9 @@
 // auto receive.
 INT_PTR CALLBACK SENDRECEIVEPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam);
 
+// The Upgrade Flash screen, on the Send/Receive screen's template; opened with ACTION_UPGRADE as parameter.
+INT_PTR CALLBACK UPGRADEPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam);
+
 // Communication Setup. Result 1 after OK, 0 after Cancel.
 INT_PTR CALLBACK SETUPPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam);
 void update_setup_dialog(HWND screen);

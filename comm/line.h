@@ -2,21 +2,22 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 struct LINE; // an open port
 
 struct LINE_SETTINGS {
-    std::string device;        // "COM1" to "COM4"
-    std::string mode;          // "COM1:9600,n,8,1": parity, data bits and stop bits; its speed is overwritten
-    std::uint32_t baudrate;    // bit/s
-    std::uint16_t xon_limit;   // bytes
-    std::uint16_t xoff_limit;  // bytes
-    bool output_xon_xoff;      // the driver honours XON/XOFF from the other side
-    bool input_xon_xoff;       // the driver sends XON/XOFF
-    bool cts_output_flow;      // the driver honours CTS
-    bool rts_handshake;        // the driver handshakes with RTS; otherwise RTS is held on
-    std::uint32_t write_limit; // milliseconds until a write gives up
+    std::string device;       // "COM1" to "COM4"
+    std::string mode;         // "COM1:9600,n,8,1": parity, data bits and stop bits; its speed is overwritten
+    std::uint32_t baudrate;   // bit/s
+    std::uint16_t xon_limit;  // bytes
+    std::uint16_t xoff_limit; // bytes
+    bool output_xon_xoff;     // the driver honours XON/XOFF from the other side
+    bool input_xon_xoff;      // the driver sends XON/XOFF
+    std::optional<bool> rts_cts; // the driver honours CTS and handshakes with RTS, or holds RTS on; empty: as
+                                 // it comes
+    std::uint32_t write_limit;   // milliseconds until a write gives up; 0: never
 };
 
 enum class LINE_OPENING { OPEN, BAD_SETTINGS, NO_PORT, NOT_INITIALIZED };

@@ -26,8 +26,10 @@ bool fill_control_block(DCB& block, const LINE_SETTINGS& settings) {
     block.XoffChar = XOFF;
     block.fOutX = settings.output_xon_xoff;
     block.fInX = settings.input_xon_xoff;
-    block.fOutxCtsFlow = settings.cts_output_flow;
-    block.fRtsControl = settings.rts_handshake ? RTS_CONTROL_HANDSHAKE : RTS_CONTROL_ENABLE;
+    if (settings.rts_cts) {
+        block.fOutxCtsFlow = *settings.rts_cts;
+        block.fRtsControl = *settings.rts_cts ? RTS_CONTROL_HANDSHAKE : RTS_CONTROL_ENABLE;
+    }
     return true;
 }
 

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <functional>
 #include <string>
+#include <vector>
 
 // How every program, setup and lookup file starts. Bytes that a short file lacks count as 0.
 struct FILE_START {
@@ -28,6 +29,55 @@ bool fills_file(std::FILE* file, std::uint32_t length);
 
 // True when a file of this type byte can be a member of a library.
 bool is_library_member_type(unsigned char file_type);
+
+// --- the members of a library file ---
+
+struct LIBRARY_MEMBER {
+    std::uint8_t type;  // as it stands in the file
+    std::string name;   // as it stands in the file, at most 9 characters; empty for a setup
+    std::int64_t start; // bytes
+    std::int64_t size;  // bytes, checksum included; bounded by the file's end
+};
+// The members of an open library, in order. False at a type byte that none has, with those before it. Types
+// in lower case count when `folds_type` is set.
+bool read_library_members(std::FILE* file, bool folds_type, std::vector<LIBRARY_MEMBER>& members);
+
+// --- the librarian's list ---
+
+inline constexpr std::size_t LIBRARY_FILE_LIMIT = 200;
+
+struct LIBRARIAN {
+    std::vector<std::string> files; // paths, in the library's order; the end row stands behind them
+    std::size_t selected_row = 0;
+    bool changed = false;
+    std::string file_name; // the library's own path
+};
+extern LIBRARIAN librarian;
+
+// Add before the end row, insert before the selected row, delete the selected row. All keep the selection as
+// the operator expects and set `changed`; the dialog is drawn anew by show_library_list.
+void library_list_add(WINDOW hDlg, const std::string& name);
+void library_list_insert(WINDOW hDlg, const std::string& name);
+void library_list_delete(WINDOW hDlg);
+
+// The screen's part: shows the list and its selection. Tests have a body that does nothing.
+void show_library_list(WINDOW hDlg);
+
+// Lists the members of a library that are found as files. 1, or 0 when it cannot be opened or holds a foreign
+// member (reported by the caller).
+int open_library_file(WINDOW hDlg, const std::string& filename);
+
+// 1 when every listed file is there and is a system file, else 0 (reported).
+int valid_sys_files(WINDOW hDlg);
+
+// Writes the listed files as one library. 1, or 0 when that failed (reported by the caller).
+int save_library_file(WINDOW hDlg, const std::string& filename);
+
+// --- one member as a file of its own ---
+
+// Lets the operator choose from the rows; -1 when he cancels. The File Extraction dialog; tests have a
+// scripted body.
+int choose_library_member(WINDOW owner, const std::vector<std::string>& rows);
 
 // Lets the operator pick a member of the library `name` and leaves it in a temporary file whose path replaces
 // `name`. Returns 1; -1 when the operator cancels; 0 when the library is invalid or cannot be opened

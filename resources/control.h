@@ -354,6 +354,19 @@
 #define IDC_FILE_NUMBER 1820 // the first of thirteen
 #define IDC_FILE_LINE 1840   // the first of thirteen
 
+// Librarian
+#define IDC_LIBRARY_NAME 1901
+#define IDC_LIBRARY_FILES 1902
+#define IDC_LIBRARY_ADD 1903
+#define IDC_LIBRARY_INSERT 1904
+#define IDC_LIBRARY_DELETE 1905
+
+// File Extraction; its Open button is IDOK
+#define IDC_EXTRACT_FILES 1911
+
+// Prompts of the monitor
+#define IDC_MON_CHOICE 1921 // the first choice; the others follow
+
 // Repetitive edits
 #define IDC_REPEAT_COUNT 1861
 #define IDC_REPEAT_COUNT_SPIN 1862

@@ -8,6 +8,7 @@
 #define MENU_PROGRAMMING 4
 #define MENU_EDIT 5 // the context menu of escaped-text edits
 #define MENU_FILE_EDITOR 6
+#define MENU_LIBRARIAN 7
 #define BITMAP_MAIN_TOOLBAR 31
 #define BITMAP_PROGRAMMING_TOOLBAR 32
 #define ID_MAIN_TOOLBAR 17
@@ -68,6 +69,13 @@
 // Command of the Send/Receive screen's menu
 #define CMD_SENDRECEIVE_SETUP 160
 
+// Commands of the monitor, whose Open and Save are CMD_OPEN and CMD_SAVE
+#define CMD_MON_CAPTURE 171
+#define CMD_MON_PRINT 172
+#define CMD_MON_CLOSE 173
+#define CMD_MON_ABOUT 174
+#define CMD_MON_SETTING 180 // the first of nine, in the order of MONITOR_ITEM
+
 // Dialogs
 #define DLG_ABOUT 200
 #define DLG_STATUS 201
@@ -109,3 +117,7 @@
 #define DLG_REPEAT_DELETE 253
 #define DLG_IMPORT 254
 #define DLG_LOOKUP_FORMAT 255
+#define DLG_LIBRARIAN 260
+#define DLG_EXTRACT 261
+#define DLG_MON_SETTING 270 // the first of nine, in the order of MONITOR_ITEM
+#define DLG_MON_ABOUT 279

@@ -136,11 +136,3 @@ class CommandTest(ProgramTest):
             about.close()
             about.wait_gone()
             self.assertEqual(program.exit(), 0)
-
-    def test_screens_that_come_later_say_so(self):
-        later = [ID.CMD_LIBRARIAN, ID.CMD_UPGRADE, ID.CMD_MONITOR]
-        with Program() as program:
-            for command in later:
-                program.command(command)
-                self.assertIn("later", program.answer(TITLE, IDOK), command)
-            self.assertEqual(program.exit(), 0)

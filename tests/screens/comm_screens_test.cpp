@@ -80,7 +80,7 @@ TEST(LineWin32, FillsTheControlBlock) {
     settings.xon_limit = settings.xoff_limit = 256;
     DCB block;
     for (const bool hardware_flow : {false, true}) {
-        settings.cts_output_flow = settings.rts_handshake = hardware_flow;
+        settings.rts_cts = hardware_flow;
         std::memset(&block, 0xEE, sizeof block);
         ASSERT_TRUE(fill_control_block(block, settings));
         EXPECT_EQ(block.DCBlength, sizeof block);

@@ -1,0 +1,1 @@
+#include "monitor/MONITOR_text.h"
