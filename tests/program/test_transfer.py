@@ -137,8 +137,8 @@ class UpgradeTest(ProgramTest):
         for block, at in enumerate(range(0, len(content), 1024), 1):
             self.line.write(request if block == 1 else ACK)
             data = content[at:at + 1024].ljust(1024, b"\0")
-            check = bytes([sum(data) % 256]) if request == NAK else crc(data)
-            self.assertEqual(self.line.read_exactly(1027 + len(check)), SOH + bytes([block, 255 - block]) + data + check)
+            tail = bytes([sum(data) % 256]) if request == NAK else crc(data)
+            self.assertEqual(self.line.read_exactly(1027 + len(tail)), SOH + bytes([block, 255 - block]) + data + tail)
 
     def test_both_modes_cancel_and_the_settings_afterwards(self):
         image = (EVERY_BYTE * 20)[:4994]
