@@ -35,9 +35,6 @@ struct CAPTURE {
     LINE* port = nullptr; // nullptr: the keyboard only
     bool close_requested = false;
     bool loop_runs = false;
-    bool shift = false; // keys that are held
-    bool ctrl = false;
-    bool alt = false;
     std::array<BYTE, 256> held_before{}; // keys that were held when capture began, as GetKeyboardState tells
 };
 CAPTURE capture;
@@ -79,46 +76,36 @@ int text_line_height() {
     return height;
 }
 
-struct VIEW {
-    int rows; // that fit whole
-    int line_height;
-    int width;
-};
-
-VIEW view_of(HWND hwnd) {
-    RECT client{};
-    GetClientRect(hwnd, &client);
-    const int line_height = text_line_height();
-    return {std::max(1, static_cast<int>(client.bottom) / line_height), line_height,
-            static_cast<int>(client.right)};
-}
-
-RECT rows_rect(const VIEW& view, int first, int last) {
-    return {0, first * view.line_height, view.width, last * view.line_height};
+RECT rows_rect(HWND hwnd, std::size_t first, std::size_t last) {
+    RECT rect{};
+    GetClientRect(hwnd, &rect);
+    rect.top = static_cast<int>(first) * text_line_height();
+    rect.bottom = static_cast<int>(last) * text_line_height();
+    return rect;
 }
 
 // Has what changed in the view drawn when the messages before it are done.
 void show_changes(HWND hwnd) {
-    const VIEW view = view_of(hwnd);
-    const VIEW_CHANGE change = take_view_change(static_cast<std::size_t>(view.rows));
-    const RECT all = rows_rect(view, 0, view.rows);
+    const VIEW_CHANGE change = take_view_change();
+    const RECT all = rows_rect(hwnd, 0, captured_text.view_lines);
+    const RECT changed = rows_rect(hwnd, change.first, change.last);
     if (change.moved_up != 0)
-        ScrollWindowEx(hwnd, 0, -change.moved_up * view.line_height, &all, &all, nullptr, nullptr,
+        ScrollWindowEx(hwnd, 0, -change.moved_up * text_line_height(), &all, &all, nullptr, nullptr,
                        SW_INVALIDATE);
-    const RECT changed = rows_rect(view, static_cast<int>(change.first), static_cast<int>(change.last));
     if (change.first < change.last)
         InvalidateRect(hwnd, &changed, FALSE);
 }
 
 // Each row is drawn over its whole width, so that nothing has to be erased before.
-void draw_rows(HDC dc, const VIEW& view, const RECT& damaged) {
-    const int first = static_cast<int>(damaged.top) / view.line_height;
-    const int last = std::min(view.rows, static_cast<int>(damaged.bottom - 1) / view.line_height + 1);
+void draw_rows(HWND hwnd, HDC dc, const RECT& damaged) {
+    const auto height = static_cast<std::size_t>(text_line_height());
+    const std::size_t first = static_cast<std::size_t>(damaged.top) / height;
+    const std::size_t behind = (static_cast<std::size_t>(damaged.bottom) + height - 1) / height;
     HGDIOBJ old_font = SelectObject(dc, text_font());
-    for (int row = first; row < last; ++row) {
-        const std::size_t line = captured_text.top_line + static_cast<std::size_t>(row);
+    for (std::size_t row = first; row < std::min(behind, captured_text.view_lines); ++row) {
+        const std::size_t line = captured_text.top_line + row;
         const char* text = line < captured_text.lines.size() ? captured_text.lines[line].string.data() : "";
-        const RECT place = rows_rect(view, row, row + 1);
+        const RECT place = rows_rect(hwnd, row, row + 1);
         ExtTextOutA(dc, 0, place.top, ETO_OPAQUE | ETO_CLIPPED, &place, text,
                     static_cast<UINT>(std::strlen(text)), nullptr);
     }
@@ -128,22 +115,17 @@ void draw_rows(HDC dc, const VIEW& view, const RECT& damaged) {
 void paint(HWND hwnd) {
     PAINTSTRUCT paint_struct{};
     HDC dc = BeginPaint(hwnd, &paint_struct);
-    draw_rows(dc, view_of(hwnd), paint_struct.rcPaint);
+    draw_rows(hwnd, dc, paint_struct.rcPaint);
     EndPaint(hwnd, &paint_struct);
 }
 
 // --- scrolling, while capture is off ---
 
-SCROLLINFO scroll_info(UINT mask) {
-    SCROLLINFO info{};
-    info.cbSize = sizeof info;
-    info.fMask = mask;
-    return info;
-}
-
 void show_scroll_bar(HWND hwnd) {
     const SCROLL_VALUES values = scroll_values();
-    SCROLLINFO info = scroll_info(SIF_RANGE | SIF_PAGE | SIF_POS | SIF_DISABLENOSCROLL);
+    SCROLLINFO info{};
+    info.cbSize = sizeof info;
+    info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS | SIF_DISABLENOSCROLL;
     info.nMax = values.maximum;
     info.nPage = static_cast<UINT>(values.page);
     info.nPos = values.position;
@@ -153,16 +135,22 @@ void show_scroll_bar(HWND hwnd) {
 
 void scroll_to(HWND hwnd, std::int64_t line) {
     scroll_captured_text(line);
-    SCROLLINFO info = scroll_info(SIF_POS);
-    info.nPos = static_cast<int>(captured_text.top_line);
-    SetScrollInfo(hwnd, SB_VERT, &info, TRUE);
+    show_scroll_bar(hwnd);
     show_changes(hwnd);
+}
+
+// The position of the thumb that is dragged; the message itself has 16 bits for it.
+int dragged_position(HWND hwnd) {
+    SCROLLINFO info{};
+    info.cbSize = sizeof info;
+    info.fMask = SIF_TRACKPOS;
+    GetScrollInfo(hwnd, SB_VERT, &info);
+    return info.nTrackPos;
 }
 
 void scroll(HWND hwnd, int request) {
     const auto top = static_cast<std::int64_t>(captured_text.top_line);
-    const auto page = static_cast<std::int64_t>(MON_PAGE);
-    SCROLLINFO track = scroll_info(SIF_TRACKPOS); // the message itself has 16 bits for it
+    const int page = scroll_values().page;
     switch (request) {
     case SB_LINEUP:
         return scroll_to(hwnd, top - 1);
@@ -175,13 +163,22 @@ void scroll(HWND hwnd, int request) {
     case SB_TOP:
         return scroll_to(hwnd, 0);
     case SB_BOTTOM:
-        return scroll_to(hwnd, scroll_values().position);
+        return scroll_to(hwnd, static_cast<std::int64_t>(captured_text.lines.size()));
     case SB_THUMBTRACK:
-        GetScrollInfo(hwnd, SB_VERT, &track);
-        return scroll_to(hwnd, track.nTrackPos);
+        return scroll_to(hwnd, dragged_position(hwnd));
     default:
         return;
     }
+}
+
+// The window shows as many rows as it holds whole.
+void fit_rows(HWND hwnd) {
+    RECT client{};
+    GetClientRect(hwnd, &client);
+    set_view_lines(static_cast<std::size_t>(client.bottom) / static_cast<std::size_t>(text_line_height()));
+    if (!capture.on)
+        show_scroll_bar(hwnd);
+    show_changes(hwnd);
 }
 
 void scroll_by_key(HWND hwnd, WPARAM key) {
@@ -197,7 +194,8 @@ void scroll_by_wheel(HWND hwnd, int turned) {
     static int remainder = 0; // of fine wheels, which report parts of a notch
     UINT lines_a_notch = 3;
     SystemParametersInfoA(SPI_GETWHEELSCROLLLINES, 0, &lines_a_notch, 0);
-    lines_a_notch = std::min(lines_a_notch, static_cast<UINT>(MON_PAGE)); // "a page" is a huge number
+    lines_a_notch =
+        std::min(lines_a_notch, static_cast<UINT>(scroll_values().page)); // "a page" is a huge number
     remainder += turned * static_cast<int>(lines_a_notch);
     scroll_to(hwnd, static_cast<std::int64_t>(captured_text.top_line) - remainder / WHEEL_DELTA);
     remainder %= WHEEL_DELTA;
@@ -214,10 +212,6 @@ void show_capture_state(HWND hwnd) {
     for (int item = 0; item < MONITOR_SERIAL_ITEM_COUNT; ++item)
         EnableMenuItem(menu, static_cast<UINT>(CMD_MON_SETTING + item), availability);
     SetWindowTextA(hwnd, capture.on ? TITLE_CAPTURE_ON : TITLE_CAPTURE_OFF);
-}
-
-void release_held_keys() {
-    capture.shift = capture.ctrl = capture.alt = false;
 }
 
 // True when bytes had come.
@@ -282,7 +276,6 @@ void close_port(HWND hwnd) {
 
 void begin_capture(HWND hwnd) {
     clear_captured_text();
-    release_held_keys();
     GetKeyboardState(capture.held_before.data());
     capture.on = true;
     ShowScrollBar(hwnd, SB_VERT, FALSE);
@@ -305,20 +298,6 @@ void end_capture(HWND hwnd) {
     show_changes(hwnd);
 }
 
-// The key that is kept account of while it is held, nullptr for one that is shown.
-bool* held_key(WPARAM key) {
-    switch (key) {
-    case VK_SHIFT:
-        return &capture.shift;
-    case VK_CONTROL:
-        return &capture.ctrl;
-    case VK_MENU:
-        return &capture.alt;
-    default:
-        return nullptr;
-    }
-}
-
 // The release of the key that chose the command from the menu belongs to the menu.
 bool was_held_before(WPARAM key) {
     constexpr BYTE HELD = 0x80;
@@ -331,13 +310,12 @@ bool capture_key(HWND hwnd, WPARAM key, bool pressed) {
     if (key == VK_CAPITAL)
         return false;
     const bool held_before = was_held_before(key);
-    if (bool* held = held_key(key)) {
-        *held = pressed;
-    } else if (!pressed && !held_before) {
-        const bool caps_lock = (GetKeyState(VK_CAPITAL) & 1) != 0;
-        write_winkey(static_cast<unsigned>(key), capture.shift, capture.ctrl, capture.alt, caps_lock);
-        show_changes(hwnd);
-    }
+    if (hold_winkey(static_cast<unsigned>(key), pressed) || pressed || held_before)
+        return true;
+    const HELD_KEYS& held = captured_text.held_keys;
+    const bool caps_lock = (GetKeyState(VK_CAPITAL) & 1) != 0;
+    write_winkey(static_cast<unsigned>(key), held.shift, held.ctrl, held.alt, caps_lock);
+    show_changes(hwnd);
     return true;
 }
 
@@ -479,7 +457,7 @@ LRESULT CALLBACK MONITORPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lPar
         return 0;
     case WM_SIZE:
         if (wParam != SIZE_MINIMIZED)
-            show_changes(hwnd);
+            fit_rows(hwnd);
         return 0;
     case WM_VSCROLL:
         scroll(hwnd, LOWORD(wParam));
@@ -505,7 +483,7 @@ LRESULT CALLBACK MONITORPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lPar
             return 0;
         break;
     case WM_KILLFOCUS: // releases go to another window from now on
-        release_held_keys();
+        captured_text.held_keys = {};
         break;
     case WM_TIMER:
         poll_port(hwnd);
