@@ -43,11 +43,15 @@ HWND monitor_window; // nullptr while the monitor is closed
 
 // --- the view ---
 
-int display_dpi() {
-    HDC screen = GetDC(nullptr);
-    const int dpi = GetDeviceCaps(screen, LOGPIXELSY);
-    ReleaseDC(nullptr, screen);
-    return dpi;
+// Pixels of the display that there is.
+int scaled(int pixels) {
+    static const int dpi = [] {
+        HDC screen = GetDC(nullptr);
+        const int screen_dpi = GetDeviceCaps(screen, LOGPIXELSY);
+        ReleaseDC(nullptr, screen);
+        return screen_dpi;
+    }();
+    return MulDiv(pixels, dpi, DESIGN_DPI);
 }
 
 // The system's fixed-pitch font, in which 40 columns and 17 rows fit the window; kept for the program's life.
@@ -56,7 +60,7 @@ HFONT text_font() {
     if (font == nullptr) {
         LOGFONTA system_font{};
         GetObjectA(GetStockObject(ANSI_FIXED_FONT), sizeof system_font, &system_font);
-        system_font.lfHeight = MulDiv(system_font.lfHeight, display_dpi(), DESIGN_DPI);
+        system_font.lfHeight = scaled(system_font.lfHeight);
         system_font.lfWidth = 0; // in proportion
         font = CreateFontIndirectA(&system_font);
     }
@@ -171,11 +175,17 @@ void scroll(HWND hwnd, int request) {
     }
 }
 
-// The window shows as many rows as it holds whole.
+// A window of the height that it was opened with shows the usual number of rows, if it holds them whole; a
+// taller one shows as many as it holds.
 void fit_rows(HWND hwnd) {
     RECT client{};
     GetClientRect(hwnd, &client);
-    set_view_lines(static_cast<std::size_t>(client.bottom) / static_cast<std::size_t>(text_line_height()));
+    RECT window{};
+    GetWindowRect(hwnd, &window);
+    auto rows = static_cast<std::size_t>(client.bottom / text_line_height());
+    if (window.bottom - window.top <= scaled(FIRST_HEIGHT))
+        rows = std::min(rows, MON_VIEW_LINES);
+    set_view_lines(rows);
     if (!capture.on)
         show_scroll_bar(hwnd);
     show_changes(hwnd);
@@ -518,8 +528,6 @@ void open_monitor(HWND owner) {
         SetForegroundWindow(GetLastActivePopup(monitor_window));
         return;
     }
-    const int dpi = display_dpi();
     CreateWindowExA(0, MONITOR_CLASS, PROGRAM_TITLE, WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0,
-                    MulDiv(FIRST_WIDTH, dpi, DESIGN_DPI), MulDiv(FIRST_HEIGHT, dpi, DESIGN_DPI), owner,
-                    nullptr, hInstance, nullptr);
+                    scaled(FIRST_WIDTH), scaled(FIRST_HEIGHT), owner, nullptr, hInstance, nullptr);
 }
