@@ -119,5 +119,5 @@
 #define DLG_LOOKUP_FORMAT 255
 #define DLG_LIBRARIAN 260
 #define DLG_EXTRACT 261
-#define DLG_MON_SETTING 270 // the first of nine, in the order of MONITOR_ITEM
-#define DLG_MON_ABOUT 279
+#define DLG_MON_SETTING 270
+#define DLG_MON_ABOUT 271
