@@ -83,7 +83,7 @@ TEST(ProgrammingWindow, ShowsAFullProgram) {
         std::string commands; // of the menu, in the toolbar's order
         for (WPARAM i = 0; i < 4; ++i) {
             TBBUTTON button{};
-            SendDlgItemMessageA(window, ID_PROGRAMMING_TOOLBAR, TB_GETBUTTON, i,
+            SendDlgItemMessageA(window, ID_FILE_TOOLBAR, TB_GETBUTTON, i,
                                 reinterpret_cast<LPARAM>(&button));
             char text[16] = "";
             GetMenuStringA(GetMenu(window), static_cast<UINT>(button.idCommand), text, sizeof text,
