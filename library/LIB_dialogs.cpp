@@ -62,6 +62,17 @@ void initialise(HWND hDlg) {
     start_library(hDlg);
 }
 
+// A dialog for files of the librarian. A library that was opened has listed names in the current folder, and
+// they must go on to mean the same files.
+FILE_DIALOG file_dialog(HWND hDlg, std::span<const FILE_FILTER> filters) {
+    FILE_DIALOG dialog;
+    dialog.owner = hDlg;
+    dialog.filters = filters;
+    dialog.directory = &lib_directory;
+    dialog.keeps_current_folder = true;
+    return dialog;
+}
+
 // --- the library file ---
 
 // A library's name holds no blanks. Those of its folders stay: the folder could not be found without them.
@@ -73,11 +84,8 @@ std::string proposed_name() {
 
 // True when the library was saved.
 bool save_library(HWND hDlg) {
-    FILE_DIALOG dialog;
-    dialog.owner = hDlg;
-    dialog.filters = {LIBRARY_FILTERS, 1};
+    FILE_DIALOG dialog = file_dialog(hDlg, {LIBRARY_FILTERS, 1});
     dialog.name = proposed_name();
-    dialog.directory = &lib_directory;
     if (!ask_save_name(dialog, LIBRARY_EXTENSION) || valid_sys_files(hDlg) != 1)
         return false;
     librarian.file_name = dialog.name;
@@ -97,10 +105,8 @@ bool may_leave_library(HWND hDlg) {
 }
 
 void open_library(HWND hDlg) {
-    FILE_DIALOG dialog;
-    dialog.owner = hDlg;
-    dialog.filters = LIBRARY_FILTERS;
-    dialog.directory = &lib_directory;
+    FILE_DIALOG dialog = file_dialog(hDlg, LIBRARY_FILTERS);
+    dialog.keeps_current_folder = false; // the library's files are looked for where it is
     if (!may_leave_library(hDlg) || !ask_open_name(dialog))
         return;
     if (open_library_file(hDlg, dialog.name) != 1) {
@@ -108,10 +114,6 @@ void open_library(HWND hDlg) {
         start_library(hDlg);
         return;
     }
-    librarian.file_name = dialog.name;
-    librarian.selected_row = 0;
-    librarian.changed = false;
-    show_library_list(hDlg);
     enable_save(hDlg, true);
 }
 
@@ -138,10 +140,7 @@ void choose_file(HWND hDlg, void (*put_into_list)(WINDOW, const std::string&)) {
         show_message(hDlg, "Maximum number of files allowed is 200.", "Librarian", MESSAGE_ICON::STOP);
         return;
     }
-    FILE_DIALOG dialog;
-    dialog.owner = hDlg;
-    dialog.filters = FILTERS;
-    dialog.directory = &lib_directory;
+    FILE_DIALOG dialog = file_dialog(hDlg, FILTERS);
     if (!ask_open_name(dialog))
         return;
     put_into_list(hDlg, dialog.name);
