@@ -5,6 +5,7 @@
 #include "app/dialogs.h"
 #include "app/file_dialog.h"
 #include "app/settings.h"
+#include "convert/CONVERT.h"
 #include "files/FILEGEN.h"
 #include "files/FILEGEN_edits.h"
 #include "files/FILEGEN_formats.h"
@@ -387,10 +388,12 @@ void open_file(HWND hDlg, FILE_EDITOR& editor) {
     if (!ask_open_name(dialog) || !empty_store(hDlg))
         return;
     show_hourglass();
+    quendal_file_refused = false;
     const std::int64_t result = read_edit_file(hDlg, dialog.name, editor.file_type);
     const bool loaded = result > 0 || result == -1;
     if (!loaded) {
-        show_message(hDlg, kind_of(editor).invalid_text, "Invalid/Corrupt", MESSAGE_ICON::WARNING);
+        if (!quendal_file_refused)
+            show_message(hDlg, kind_of(editor).invalid_text, "Invalid/Corrupt", MESSAGE_ICON::WARNING);
         if (!empty_store(hDlg))
             return;
     }

@@ -7,6 +7,7 @@
 #include "app/file_dialog.h"
 #include "app/paths.h"
 #include "app/settings.h"
+#include "convert/CONVERT.h"
 #include "program/Prog.h"
 #include "program/Prog_edits.h"
 #include "program/Prog_fields.h"
@@ -201,6 +202,7 @@ bool may_leave_program(HWND hDlg) {
 
 void load_program(HWND hDlg, const std::string& path) {
     loading_file = true;
+    quendal_file_refused = false;
     const int result = open_program_file(hDlg, path);
     loading_file = false;
     if (result == 1) {
@@ -209,7 +211,8 @@ void load_program(HWND hDlg, const std::string& path) {
     } else if (result == -1) {
         note_selection(hDlg); // the fields stay loaded and the list as it was
     } else {
-        show_message(hDlg, "Invalid/Corrupt Program File!", "Invalid/Corrupt", MESSAGE_ICON::WARNING);
+        if (!quendal_file_refused)
+            show_message(hDlg, "Invalid/Corrupt Program File!", "Invalid/Corrupt", MESSAGE_ICON::WARNING);
         start_program(hDlg);
     }
 }
