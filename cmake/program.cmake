@@ -20,6 +20,7 @@ add_library(tolvan_screens OBJECT
     files/FILEGEN_dialogs.cpp
     files/FILEGEN_editor.cpp
     library/LIB_dialogs.cpp
+    monitor/MONITOR_print.cpp
     monitor/MONITOR_prompts.cpp
     monitor/MONITOR_window.cpp
     program/LOOKUP_dialogs.cpp
