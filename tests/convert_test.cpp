@@ -16,13 +16,9 @@ std::string expanded(const std::string& field) {
     return text;
 }
 
-// A text and the field that it is packed in.
-struct PACKED_TEXT {
-    std::string text, field;
-};
-
-// Codes as they come: characters, switches and escapes of every table that the first one leads to.
-PACKED_TEXT pack_random_text(unsigned status, unsigned table, std::minstd_rand& random) {
+// A text and the field that it is packed in, with codes as they come: characters, switches and escapes.
+std::pair<std::string, std::string> pack_random_text(unsigned status, unsigned table,
+                                                     std::minstd_rand& random) {
     constexpr unsigned WIDTHS[] = {0, 4, 5, 5, 5, 7};
     constexpr unsigned SWITCHED[][2] = {{}, {2, 3}, {3, 1}, {1, 2}};
     const std::string characters[] = {"", "0123456789 .", "abcdefghijklmnopqrstuvwxyz .",
@@ -54,11 +50,7 @@ PACKED_TEXT pack_random_text(unsigned status, unsigned table, std::minstd_rand& 
     }
     // Ones end a text in every table: an escape without its code, or the filler.
     bits.resize((bits.size() + 7) / 8 * 8, '1');
-    const auto length = static_cast<unsigned>(bits.size() / 8);
-    const bool is_short = length < 16 && random() % 3 != 0;
-    std::string field(1, static_cast<char>(status | (is_short ? length : 0x10)));
-    if (!is_short)
-        field += static_cast<char>(length);
+    std::string field = {static_cast<char>(status | 0x10), static_cast<char>(bits.size() / 8)};
     for (std::size_t at = 0; at < bits.size(); at += 8)
         field += static_cast<char>(std::stoi(bits.substr(at, 8), nullptr, 2));
     return {text, field};
