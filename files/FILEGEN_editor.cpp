@@ -431,17 +431,8 @@ bool save_file(HWND hDlg, FILE_EDITOR& editor) {
 }
 
 bool may_leave_file(HWND hDlg, FILE_EDITOR& editor) {
-    if (!file_changed_flag)
-        return true;
-    switch (show_message(hDlg, "Save File Changes?", PROGRAM_TITLE, MESSAGE_ICON::QUESTION,
-                         MESSAGE_BUTTONS::YES_NO_CANCEL)) {
-    case BUTTON::YES:
-        return save_file(hDlg, editor);
-    case BUTTON::NO:
-        return true;
-    default:
-        return false;
-    }
+    return !file_changed_flag ||
+           saves_or_gives_up(hDlg, "Save File Changes?", [&] { return save_file(hDlg, editor); });
 }
 
 // --- commands ---
