@@ -53,3 +53,10 @@ BUTTON show_message(WINDOW, const std::string& text, const std::string&, MESSAGE
 bool replace_file(const std::string& from, const std::string& to) {
     return std::rename(from.c_str(), to.c_str()) == 0;
 }
+
+// No settings file: all settings keep their defaults.
+std::uint32_t read_setting_number(const char*, const char*, std::uint32_t missing) {
+    return missing;
+}
+
+void write_setting(const char*, const char*, const std::string&) {}
