@@ -62,3 +62,10 @@ int choose_library_member(WINDOW, const std::vector<std::string>&) {
 bool replace_file(const std::string& from, const std::string& to) {
     return std::rename(from.c_str(), to.c_str()) == 0;
 }
+
+// No settings file: all settings keep their defaults.
+std::uint32_t read_setting_number(const char*, const char*, std::uint32_t missing) {
+    return missing;
+}
+
+void write_setting(const char*, const char*, const std::string&) {}
