@@ -62,6 +62,12 @@ add_executable(fuzz_replay fuzz/replay.cpp)
 target_link_libraries(fuzz_replay PRIVATE tolvan_fuzz_targets GTest::gtest_main)
 target_compile_definitions(fuzz_replay PRIVATE TOLVAN_CORPUS="${CMAKE_SOURCE_DIR}/fuzz/corpus/")
 
+# Saves on a disk that fails, and everything with too little memory.
+add_executable(fault_tests fuzz/faults_test.cpp)
+target_link_libraries(fault_tests PRIVATE tolvan_fuzz_targets GTest::gtest_main)
+target_link_options(fault_tests PRIVATE
+    -Wl,--wrap=fopen64,--wrap=fwrite,--wrap=fseeko64,--wrap=fclose,--wrap=rename)
+
 # Makes the files in samples/ with the program's own code.
 add_executable(make_samples tools/make_samples.cpp)
 target_link_libraries(make_samples PRIVATE tolvan_test_seams)

@@ -24,6 +24,12 @@ bool are_seams_clean();
 // The input as a file; its name ends with the extension.
 std::string input_file(std::string_view input, const char* extension);
 
+// How many messages the operator has seen since reset_seams().
+extern unsigned messages_shown;
+
+// The allocation after so many more fails, once; 0 for none. What is left of the number.
+extern std::size_t allocations_to_failure;
+
 // The next of the operator's answers, below `count`. They follow from the input.
 unsigned next_answer(unsigned count);
 

@@ -24,6 +24,9 @@
 struct STATUS_BOX {};
 struct LINE {};
 
+unsigned messages_shown;
+std::size_t allocations_to_failure;
+
 namespace {
 
 constexpr std::uint32_t CLOCK_STEP = 50;                    // milliseconds that pass whenever somebody looks
@@ -37,6 +40,7 @@ std::size_t memory_peak;
 std::uint32_t fuzz_clock;
 std::uint32_t answers; // a generator that is seeded from the input
 unsigned cancel_queries;
+int input_files;
 STATUS_BOX status_box;
 bool status_box_open;
 LINE the_line;
@@ -45,19 +49,20 @@ std::string_view unsaid;
 std::deque<char> said;
 std::map<std::string, std::string, std::less<>> settings;
 
-std::filesystem::path folder() {
-    static const std::filesystem::path path = [] {
-        const auto made =
-            std::filesystem::temp_directory_path() / ("tolvan-fuzz-" + std::to_string(getpid()));
-        std::filesystem::create_directories(made);
-        std::filesystem::current_path(made); // LOG.TXT is written there
-        std::atexit([] {
-            std::filesystem::current_path("/");
-            std::filesystem::remove_all(folder());
-        });
-        return made;
-    }();
-    return path;
+// The folder of this process, gone with it.
+struct OWN_FOLDER {
+    std::filesystem::path path =
+        std::filesystem::temp_directory_path() / ("tolvan-fuzz-" + std::to_string(getpid()));
+    ~OWN_FOLDER() {
+        std::error_code ignored; // best effort: it is only a left-over
+        std::filesystem::current_path("/", ignored);
+        std::filesystem::remove_all(path, ignored);
+    }
+};
+
+const std::filesystem::path& folder() {
+    static const OWN_FOLDER own;
+    return own.path;
 }
 
 std::filesystem::path temporary_folder() {
@@ -80,6 +85,8 @@ void say_next_piece() {
 
 // Each block has its size in front of it, in a space that keeps the alignment.
 void* operator new(std::size_t size) {
+    if (allocations_to_failure > 0 && --allocations_to_failure == 0)
+        throw std::bad_alloc();
     constexpr std::size_t SPACE = alignof(std::max_align_t);
     auto* const block = static_cast<std::size_t*>(std::malloc(size + SPACE));
     if (block == nullptr)
@@ -119,13 +126,16 @@ void reset_seams(std::string_view input) {
     answers = 0;
     for (const char byte : input)
         answers = answers * 31 + static_cast<unsigned char>(byte);
+    messages_shown = 0;
+    input_files = 0;
+    allocations_to_failure = 0;
     cancel_queries = 0;
     unsaid = {};
     said.clear();
     settings.clear();
     std::filesystem::remove_all(folder());
     std::filesystem::create_directories(temporary_folder());
-    std::filesystem::current_path(folder());
+    std::filesystem::current_path(folder()); // LOG.TXT is written there
 }
 
 bool are_seams_clean() {
@@ -133,8 +143,7 @@ bool are_seams_clean() {
 }
 
 std::string input_file(std::string_view input, const char* extension) {
-    static int files;
-    const std::string name = (folder() / ("IN" + std::to_string(++files % 10))).string() + extension;
+    const std::string name = (folder() / ("FILE" + std::to_string(++input_files))).string() + extension;
     std::ofstream(name, std::ios::binary).write(input.data(), static_cast<std::streamsize>(input.size()));
     return name;
 }
@@ -162,6 +171,7 @@ void settings_are(std::string_view input) {
 // --- the operator ---
 
 BUTTON show_message(WINDOW, const std::string&, const std::string&, MESSAGE_ICON, MESSAGE_BUTTONS buttons) {
+    ++messages_shown;
     constexpr BUTTON ANSWERS[] = {BUTTON::YES, BUTTON::NO, BUTTON::CANCEL};
     if (buttons == MESSAGE_BUTTONS::OK)
         return BUTTON::OK;
