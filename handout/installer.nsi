@@ -110,12 +110,13 @@ VIAddVersionKey LegalCopyright ""
 !macroend
 
 Section
-  ReadRegStr $R0 HKCU "${UNINSTALL_KEY}" "InstallLocation"
-  !insertmacro WAIT_UNTIL_CLOSED "$R0\TolvanP.exe"
   !insertmacro WAIT_UNTIL_CLOSED "$INSTDIR\TolvanP.exe"
 
   ; An older installation goes as its own uninstaller wants it. It runs where it lies, so that it can be waited for.
-  ${If} ${FileExists} "$R0\uninstall.exe"
+  ReadRegStr $R0 HKCU "${UNINSTALL_KEY}" "InstallLocation"
+  ${If} $R0 != ""
+  ${AndIf} ${FileExists} "$R0\uninstall.exe"
+    !insertmacro WAIT_UNTIL_CLOSED "$R0\TolvanP.exe"
     ExecWait '"$R0\uninstall.exe" /S _?=$R0' $0
     ${IfThen} $0 <> 0 ${|} Abort "The installed version could not be removed." ${|}
     Delete "$R0\uninstall.exe"
