@@ -10,14 +10,18 @@ set(HANDOUT ${CMAKE_BINARY_DIR}/handout)
 configure_file(handout/README.txt generated/README.txt @ONLY NEWLINE_STYLE DOS)
 set(HANDOUT_PARTS TolvanP.exe=$<TARGET_FILE:TolvanP> README.txt=${CMAKE_BINARY_DIR}/generated/README.txt
                   samples=${CMAKE_SOURCE_DIR}/samples)
+if(TARGET manual)
+    list(APPEND HANDOUT_PARTS help=${CMAKE_BINARY_DIR}/help)
+endif()
 
 # The run-time library is linked statically, and its terms ask to be handed on.
 string(REPLACE "_" "-" MINGW_PROCESSOR ${CMAKE_SYSTEM_PROCESSOR})
 set(MINGW_TERMS /usr/share/doc/mingw-w64-${MINGW_PROCESSOR}-dev/copyright CACHE FILEPATH "The terms of MinGW-w64")
 list(APPEND HANDOUT_PARTS MinGW-w64.txt=${MINGW_TERMS})
 
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
 add_custom_target(zip
-    COMMAND python3 ${CMAKE_SOURCE_DIR}/handout/pack.py ${HANDOUT} ${HANDOUT_NAME} ${HANDOUT_PARTS}
+    COMMAND Python3::Interpreter ${CMAKE_SOURCE_DIR}/handout/pack.py ${HANDOUT} ${HANDOUT_NAME} ${HANDOUT_PARTS}
     COMMENT "Packing ${HANDOUT_NAME}.zip"
     VERBATIM)
 add_dependencies(zip TolvanP)
