@@ -27,8 +27,7 @@ class HandoutTest(ProgramTest):
         subprocess.check_output(["cmake", "--build", ROOT / "build/win64", "--target", "installer"])
         registry("add", CLASSES + r"\.pgt", "/ve", "/d", "Other.File", "/f")
         self.addCleanup(registry, "delete", CLASSES + r"\.pgt", "/f")
-        before = self.state()
-        self.assertEqual(self.install(), 0)
+        before, _ = self.state(), self.install()
         place, = PREFIX.glob("drive_c/users/*/AppData/Local/Programs/Tolvan Programmer")
         self.assertEqual({str(path.relative_to(place)) for path in place.rglob("*.*")},
                          {*zipfile.ZipFile(NAME + ".zip").namelist(), "uninstall.exe"})
