@@ -2,6 +2,7 @@
 // changes.
 #include "app/checksum.h"
 #include "app/desktop.h"
+#include "library/LIB.h"
 
 #include <algorithm>
 #include <array>
@@ -47,6 +48,14 @@ void close_status_box(STATUS_BOX*) {}
 
 BUTTON show_message(WINDOW, const std::string& text, const std::string&, MESSAGE_ICON, MESSAGE_BUTTONS) {
     std::fprintf(stderr, "unexpected message: %s\n", text.c_str());
+    std::abort();
+}
+
+std::string temporary_file_name() {
+    std::abort(); // no benchmark takes a file out of a library
+}
+
+int choose_library_member(WINDOW, const std::vector<std::string>&) {
     std::abort();
 }
 
