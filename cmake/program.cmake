@@ -11,6 +11,7 @@ add_library(tolvan_screens OBJECT
     app/desktop_win32.cpp
     app/dialogs.cpp
     app/file_dialog.cpp
+    app/help.cpp
     app/ini_file.cpp
     app/main_window.cpp
     app/progress.cpp
