@@ -52,6 +52,9 @@ target_link_libraries(TolvanP PRIVATE tolvan_screens)
 # The window procedure is exported under its plain name, on 32-bit Windows too.
 target_link_options(TolvanP PRIVATE -s -Wl,--kill-at)
 
+include(cmake/manual.cmake)
+add_dependencies(TolvanP manual)
+
 # GoogleTest for Windows is built from the sources that Debian packages.
 set(GOOGLETEST_SOURCE /usr/src/googletest CACHE PATH "GoogleTest's sources")
 if(EXISTS ${GOOGLETEST_SOURCE}/CMakeLists.txt)
