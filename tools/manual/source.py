@@ -4,7 +4,7 @@
     ## Heading
     1. a step             the numbers count; longer items go on in lines that are indented
     - an item
-    | a | b |             a table: a row of captions, a row of dashes, then the rows
+    | a | b |             a table of two columns: a row of captions, a row of dashes, then the rows
     ![Caption](pictures/NAME.png)
     anything else         a paragraph; lines that follow each other belong together
 
@@ -57,7 +57,7 @@ class List:
 
 @dataclass
 class Table:
-    rows: list  # of cells, each a list of runs; the first row holds the captions
+    rows: list  # of two cells, each a list of runs; the first row holds the captions
 
 
 @dataclass
@@ -137,7 +137,10 @@ class Reader:
         return List(numbered, items)
 
     def read_cells(self):
-        return [self.read_runs(cell.strip()) for cell in self.take().strip("|").split("|")]
+        cells = self.take().strip("|").split("|")
+        if len(cells) != 2:
+            self.fail("a table has two columns")
+        return [self.read_runs(cell.strip()) for cell in cells]
 
     def read_table(self):
         rows = [self.read_cells()]
@@ -145,8 +148,6 @@ class Reader:
             self.fail("a row of dashes follows the captions of a table")
         while self.peek().startswith("|"):
             rows.append(self.read_cells())
-            if len(rows[-1]) != len(rows[0]):
-                self.fail(f"a row of {len(rows[-1])} cells in a table of {len(rows[0])} columns")
         return Table(rows)
 
     def read_paragraph(self):

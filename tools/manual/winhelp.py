@@ -160,18 +160,18 @@ def paragraph(runs, plain="", label=None, **distances):
     return Record(TEXT_RECORD, formatting + text.commands + END_RECORD, text.text)
 
 
-def list_item(block, number, runs):
-    label = f"{number + 1}." if block.numbered else "\N{BULLET}"
-    return paragraph(runs, label=label, space_below=SPACE_BELOW // 2, indent=INDENT, outdent=INDENT)
+def list_records(block):
+    labels = [f"{number + 1}." if block.numbered else "\N{BULLET}" for number in range(len(block.items))]
+    spaces = [SPACE_BELOW // 2] * (len(labels) - 1) + [SPACE_BELOW]
+    return [paragraph(runs, label=label, space_below=space, indent=INDENT, outdent=INDENT)
+            for runs, label, space in zip(block.items, labels, spaces)]
 
 
-def table_row(cells, captions):
-    """The first cell with the others below it, as viewers do not agree on tables. Two columns need no captions."""
-    records = [paragraph(cells[0], "bold")]
-    for column in range(1, len(cells)):
-        label = captions[column] + [Run(": ")] if len(cells) > 2 else []
-        space = SPACE_BELOW if column + 1 == len(cells) else 0
-        records.append(paragraph(label + cells[column], indent=INDENT, space_below=space))
+def table_records(block):
+    """The second cell below the first one, without the captions: viewers do not agree on tables."""
+    records = []
+    for first, second in block.rows[1:]:
+        records += [paragraph(first, "bold"), paragraph(second, indent=INDENT, space_below=SPACE_BELOW)]
     return records
 
 
@@ -181,10 +181,9 @@ def block_records(block):
     if isinstance(block, Paragraph):
         return [paragraph(block.runs, space_below=SPACE_BELOW)]
     if isinstance(block, List):
-        return [list_item(block, number, runs) for number, runs in enumerate(block.items)]
+        return list_records(block)
     if isinstance(block, Table):
-        captions, *rows = block.rows
-        return [record for row in rows for record in table_row(row, captions)]
+        return table_records(block)
     return []  # pictures are for the web pages
 
 
