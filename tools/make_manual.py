@@ -7,19 +7,19 @@ usage: make_manual.py SOURCES FOLDER
 import pathlib
 import sys
 
-from manual import source, web, winhelp
+from manual import bitmap, source, web, winhelp
 
 
 def main():
     sources, folder = map(pathlib.Path, sys.argv[1:])
     try:
         pages = source.read_manual(sources)
-    except source.SourceError as error:
+        folder.mkdir(parents=True, exist_ok=True)
+        web.write_pages(pages, folder)
+        winhelp.write_contents(pages, folder / "helpfile.cnt")
+        winhelp.write_help_file(pages, folder / "helpfile.hlp")
+    except (source.SourceError, bitmap.PictureError) as error:
         sys.exit(str(error))
-    folder.mkdir(parents=True, exist_ok=True)
-    web.write_pages(pages, folder)
-    winhelp.write_contents(pages, folder / "helpfile.cnt")
-    winhelp.write_help_file(pages, folder / "helpfile.hlp")
 
 
 if __name__ == "__main__":

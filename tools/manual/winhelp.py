@@ -13,6 +13,7 @@ and these are the files in it, uncompressed:
     |TOPIC       the text: a chain of records in blocks of 4 KiB
     |CONTEXT     a B+ tree from the hash of a topic's name, which jumps carry, to the topic
     |TTLBTREE    a B+ tree from a topic to its title
+    |bm0 ...     pictures
 
 Each page is a topic: a record of kind 2 with its title and the neighbours, then a record of kind 0x20 for each
 paragraph. A record holds formatting and text apart from each other: the text is
@@ -25,21 +26,24 @@ bytes of text come before in that block; jumps use it. Numbers in the formatting
 a long form from a short one, and signed ones have half their range added.
 """
 
+import re
 import struct
 
-from manual.source import Heading, List, Paragraph, Run, Table
+from manual.bitmap import read_png, with_palette
+from manual.source import Heading, List, Paragraph, Picture, Run
 
 ENCODING = "cp1252"
 NOWHERE = 0xFFFFFFFF
 
-FILE_MAGIC, SYSTEM_MAGIC, TREE_MAGIC = 0x00035F3F, 0x036C, 0x293B
+FILE_MAGIC, SYSTEM_MAGIC, TREE_MAGIC, PICTURE_MAGIC = 0x00035F3F, 0x036C, 0x293B, 0x706C
 VERSION = 21  # 3.1: read by all viewers
 
 BLOCK_SIZE, BLOCK_HEADER_SIZE, RECORD_HEADER_SIZE = 4096, 12, 21
 HEADER_RECORD, TEXT_RECORD = 2, 0x20
 
 # Commands of the formatting.
-FONT, TAB, END_PARAGRAPH, END_JUMP, JUMP, END_RECORD = b"\x80", b"\x83", b"\x82", b"\x89", b"\xe3", b"\xff"
+FONT, TAB, END_PARAGRAPH, PICTURE = b"\x80", b"\x83", b"\x82", b"\x86"
+JUMP, END_JUMP, END_RECORD = b"\xe3", b"\x89", b"\xff"
 
 # Distances are in half points.
 SPACE_BELOW, INDENT = 12, 40
@@ -48,7 +52,7 @@ FACES = ["Arial", "Courier New"]
 SWISS, MODERN, BOLD = 3, 1, 1
 # (attributes, half points, family, face)
 FONTS = {"": (0, 20, SWISS, 0), "bold": (BOLD, 20, SWISS, 0), "literal": (0, 20, MODERN, 1),
-         "heading": (BOLD, 24, SWISS, 0), "title": (BOLD, 32, SWISS, 0)}
+         "caption": (0, 17, SWISS, 0), "heading": (BOLD, 24, SWISS, 0), "title": (BOLD, 32, SWISS, 0)}
 FONT_NUMBERS = {style: number for number, style in enumerate(FONTS)}
 
 
@@ -56,6 +60,10 @@ FONT_NUMBERS = {style: number for number, style in enumerate(FONTS)}
 
 def packed_word(value):
     return bytes([value << 1]) if value < 0x80 else struct.pack("<H", value << 1 | 1)
+
+
+def packed_size(value):
+    return struct.pack("<H", value << 1) if value < 0x8000 else struct.pack("<I", value << 1 | 1)
 
 
 def packed_short(value):
@@ -148,6 +156,12 @@ class Record:
                            RECORD_HEADER_SIZE + len(self.formatting), self.kind) + self.formatting + self.text
 
 
+def text_record(text, **distances):
+    text.command(END_PARAGRAPH)
+    formatting = packed_long(0) + packed_word(len(text.text)) + paragraph_format(**distances)
+    return Record(TEXT_RECORD, formatting + text.commands + END_RECORD, text.text)
+
+
 def paragraph(runs, plain="", label=None, **distances):
     text = Text()
     if label:
@@ -155,9 +169,7 @@ def paragraph(runs, plain="", label=None, **distances):
         text.command(TAB)
     for run in runs:
         text.run(run, plain)
-    text.command(END_PARAGRAPH)
-    formatting = packed_long(0) + packed_word(len(text.text)) + paragraph_format(**distances)
-    return Record(TEXT_RECORD, formatting + text.commands + END_RECORD, text.text)
+    return text_record(text, **distances)
 
 
 def list_records(block):
@@ -175,27 +187,38 @@ def table_records(block):
     return records
 
 
-def block_records(block):
+def picture_records(block, pictures):
+    """The picture and its caption; `pictures` collects the files."""
+    if not block.path.exists():
+        return []
+    text = Text()
+    kind, number = 3, struct.pack("<HH", 0, len(pictures))
+    text.command(PICTURE, struct.pack("<B", kind) + packed_long(len(number)) + number)
+    pictures.append(block.path)
+    return [text_record(text), paragraph([Run(block.caption)], "caption", space_below=SPACE_BELOW)]
+
+
+def block_records(block, pictures):
     if isinstance(block, Heading):
         return [paragraph(block.runs, "heading", space_above=SPACE_BELOW, space_below=SPACE_BELOW // 2)]
     if isinstance(block, Paragraph):
         return [paragraph(block.runs, space_below=SPACE_BELOW)]
     if isinstance(block, List):
         return list_records(block)
-    if isinstance(block, Table):
-        return table_records(block)
-    return []  # pictures are for the web pages
+    if isinstance(block, Picture):
+        return picture_records(block, pictures)
+    return table_records(block)
 
 
 class Topic:
     """The records of a page; the first one is its header."""
 
-    def __init__(self, page):
+    def __init__(self, page, pictures):
         self.page = page
         header = Record(HEADER_RECORD, bytes(28), page.title.encode(ENCODING) + b"\0")
         self.records = [header, paragraph([Run(page.title)], "title", space_below=SPACE_BELOW)]
         for block in page.blocks:
-            self.records += block_records(block)
+            self.records += block_records(block, pictures)
         self.offset = 0  # TOPICOFFSET
 
 
@@ -275,8 +298,9 @@ def tree(structure, entries, page_size, flags=2):
     if len(leaves) > 1:
         body = b"".join(leaf[0][0] + struct.pack("<H", number) for number, leaf in enumerate(leaves) if number)
         pages.append(struct.pack("<HHh", page_size - 6 - len(body), len(leaves) - 1, 0) + body)
-    header = struct.pack("<HHH16sHHHhHHI", TREE_MAGIC, flags, page_size, structure, 0, 0, len(pages) - 1, -1, len(pages),
-                         2 if len(leaves) > 1 else 1, len(entries))
+    levels = 2 if len(leaves) > 1 else 1
+    header = struct.pack("<HHH16sHHHhHHI", TREE_MAGIC, flags, page_size, structure, 0, 0, len(pages) - 1, -1,
+                         len(pages), levels, len(entries))
     return header + b"".join(page.ljust(page_size, b"\0") for page in pages)
 
 
@@ -296,8 +320,11 @@ def system_file(title, first_offset):
 
 
 def context_file(topics):
-    entries = sorted((context_hash(context_name(topic.page.name)), topic.offset) for topic in topics)
-    return tree(b"L4", [(struct.pack("<i", value), struct.pack("<iI", value, offset)) for value, offset in entries], 2048)
+    entries = []
+    for value, offset in sorted((context_hash(context_name(topic.page.name)), topic.offset) for topic in topics):
+        key = struct.pack("<i", value)
+        entries.append((key, key + struct.pack("<I", offset)))
+    return tree(b"L4", entries, 2048)
 
 
 def title_file(topics):
@@ -306,6 +333,29 @@ def title_file(topics):
         key = struct.pack("<I", topic.offset)
         entries.append((key, key + topic.page.title.encode(ENCODING) + b"\0"))
     return tree(b"Lz", entries, 2048)
+
+
+def run_lengths(data):
+    """A count and the byte that is repeated, or a count with its highest bit set and as many bytes."""
+    packed = bytearray()
+    for match in re.finditer(rb"(.)\1{2,126}|(?:(.)(?!\2\2)){1,127}", data, re.DOTALL):
+        size = match.end() - match.start()
+        packed += bytes([size]) + match[1] if match[1] else bytes([0x80 | size]) + match[0]
+    return bytes(packed)
+
+
+def picture_file(path):
+    """One bitmap of 256 colours, from the lowest row to the highest, each filled up to whole longs."""
+    palette, rows = with_palette(read_png(path))
+    width, dots_per_inch, planes, bits = len(rows[0]), 96, 1, 8
+    data = run_lengths(b"".join(row + bytes(-width % 4) for row in reversed(rows)))
+    bitmap_kind, packed_by_run_lengths = 6, 1
+    header = struct.pack("<BB", bitmap_kind, packed_by_run_lengths) + packed_size(dots_per_inch) * 2
+    header += packed_word(planes) + packed_word(bits) + packed_size(width) + packed_size(len(rows))
+    header += packed_size(len(palette)) + packed_size(0) + packed_size(len(data)) + packed_size(0)
+    colours = b"".join(struct.pack("<BBBB", blue, green, red, 0) for red, green, blue in palette)
+    positions = struct.pack("<II", len(header) + 8 + len(colours), 0)
+    return struct.pack("<HHI", PICTURE_MAGIC, 1, 8) + header + positions + colours + data
 
 
 def whole_file(files):
@@ -321,10 +371,13 @@ def whole_file(files):
 
 
 def write_help_file(pages, path):
-    topics = [Topic(page) for page in pages]
+    pictures = []
+    topics = [Topic(page, pictures) for page in pages]
     topic = topic_file(topics)
-    path.write_bytes(whole_file({"|SYSTEM": system_file(pages[0].title, topics[0].offset), "|FONT": font_file(),
-                                 "|TOPIC": topic, "|CONTEXT": context_file(topics), "|TTLBTREE": title_file(topics)}))
+    files = {"|SYSTEM": system_file(pages[0].title, topics[0].offset), "|FONT": font_file(), "|TOPIC": topic,
+             "|CONTEXT": context_file(topics), "|TTLBTREE": title_file(topics)}
+    files.update((f"|bm{number}", picture_file(picture)) for number, picture in enumerate(pictures))
+    path.write_bytes(whole_file(files))
 
 
 def write_contents(pages, path):
