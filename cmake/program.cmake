@@ -17,11 +17,11 @@ add_library(tolvan_screens OBJECT
     app/progress.cpp
     comm/PCOM_screens.cpp
     comm/PCOM_setup.cpp
-    comm/PCOM_upgrade.cpp
     comm/line_win32.cpp
     files/FILEGEN_dialogs.cpp
     files/FILEGEN_editor.cpp
     library/LIB_dialogs.cpp
+    monitor/MONITOR_print.cpp
     monitor/MONITOR_prompts.cpp
     monitor/MONITOR_window.cpp
     program/LOOKUP_dialogs.cpp

@@ -1,5 +1,7 @@
-// The monitor's window.
+// The monitor's window, its prompts and its print.
 #pragma once
+
+#include "monitor/MONITOR.h"
 
 #include <windows.h>
 
@@ -10,3 +12,23 @@ LRESULT CALLBACK MONITORPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lPar
 
 // Opens the monitor, or brings the open one forward.
 void open_monitor(HWND owner);
+
+// Rewrites an item of the window's settings menu from the record.
+void update_com_menu(HWND window, MONITOR_ITEM item);
+
+// The settings' prompts, all of DLG_MON_SETTING. They return 1 when a choice was stored.
+INT_PTR CALLBACK PORTPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+INT_PTR CALLBACK BAUDRATEPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+INT_PTR CALLBACK DATABITSPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+INT_PTR CALLBACK STOPBITSPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+INT_PTR CALLBACK PARITYPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+INT_PTR CALLBACK XONPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+INT_PTR CALLBACK FUNCPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+INT_PTR CALLBACK SPECIALPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+INT_PTR CALLBACK TRANSCRPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+
+// The about box.
+INT_PTR CALLBACK MONABOUTPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+
+// Asks for a printer and prints the whole list there.
+void print_captured_text(HWND owner);

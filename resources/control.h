@@ -365,7 +365,7 @@
 #define IDC_EXTRACT_FILES 1911
 
 // Prompts of the monitor
-#define IDC_MON_CHOICE 1921 // the first choice; the others follow
+#define IDC_MON_CHOICE 1921 // the first of eight
 
 // Repetitive edits
 #define IDC_REPEAT_COUNT 1861
