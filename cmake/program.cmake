@@ -14,6 +14,7 @@ add_library(tolvan_screens OBJECT
     app/desktop_win32.cpp
     app/dialogs.cpp
     app/file_dialog.cpp
+    app/help.cpp
     app/ini_file.cpp
     app/main_window.cpp
     app/progress.cpp
@@ -54,6 +55,9 @@ target_include_directories(TolvanP PRIVATE ${CMAKE_SOURCE_DIR})
 target_link_libraries(TolvanP PRIVATE tolvan_screens)
 # The window procedure is exported under its plain name, on 32-bit Windows too.
 target_link_options(TolvanP PRIVATE -s -Wl,--kill-at)
+
+include(cmake/manual.cmake)
+add_dependencies(TolvanP manual)
 
 # GoogleTest for Windows is built from the sources that Debian packages.
 set(GOOGLETEST_SOURCE /usr/src/googletest CACHE PATH "GoogleTest's sources")
