@@ -64,7 +64,7 @@ class LibraryTest(ScriptTest):
             refuses(f"The file {windows_path(gone)} not found. Could not add to Library!", "File Not Found"),
             "Delete", asks(DELETE, IDYES, LIBRARIAN), adds(text), saves(self.folder / "x", "Invalid System File"),
             refuses(f"The file {windows_path(text)} is not a Valid System File!", "Invalid System File"),
-            ID.CMD_OPEN, asks(CHANGES, IDNO, "Open"), text, refuses("Invalid/Corrupt Library File!", INVALID),
+            ID.CMD_OPEN, shows("Open"), text, refuses("Invalid/Corrupt Library File!", INVALID),
             lists(), adds(one), ID.CMD_NEW, asks(NEW, IDYES, LIBRARIAN), lists(), ID.CMD_EXIT, START, adds(one),
             exits, IDYES, shows("Save As"), self.folder / "x", shows(MAIN))
         self.assert_holds("x.lbt", SAMPLE)

@@ -54,8 +54,8 @@ TEST(Librarian, EnablesAndAsks) {
         {VK_INSERT, "BA$:0 IDSs* ", "Open", b},
         {CMD_SAVE, "BA$:0 IDSs- x.lbt", "Save As", temporary_path("x")},
         {IDC_LIBRARY_DELETE, "A$:0 IDSs* x.lbt", title, erase, IDYES},
-        {CMD_OPEN, "", title, save, IDYES},
-        {0, "A$:0 IDSs* x.lbt", "Save As"}, // not saved: nothing is opened
+        {CMD_EXIT, "", title, save, IDYES},
+        {0, "A$:0 IDSs* x.lbt", "Save As"}, // not saved: nothing is left
         {VK_DELETE, "$:0 ----* x.lbt", title, erase, IDYES},
         {CMD_NEW, "$:0 ----- ", title, "? Create a new library file?", IDYES},
         {CMD_OPEN, "BA$:0 IDSs- x.lbt", "Open", x},
