@@ -22,7 +22,7 @@ std::list<MEMCHUNK> allocate_chunks(std::size_t count) {
     try {
         std::list<MEMCHUNK> fresh(count);
         for (auto& chunk : fresh)
-            chunk.data = std::make_unique<char[]>(MEMCHUNK_SIZE);
+            chunk.data = std::make_unique_for_overwrite<char[]>(MEMCHUNK_SIZE);
         return fresh;
     } catch (const std::bad_alloc&) {
         return {};
@@ -106,6 +106,16 @@ char* close_gap(char* place, std::size_t length) {
 
 std::string_view holdable_part(std::string_view text) {
     return text.substr(0, std::min(text.find('\0'), LONGEST_RECORD));
+}
+
+// Copies a text and tells whether no byte of it is a NUL or as high as a marker.
+bool copy_holdable(std::string_view text, char* place) {
+    unsigned char highest = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        place[i] = text[i];
+        highest = std::max(highest, static_cast<unsigned char>(text[i] - 1)); // a NUL becomes the highest
+    }
+    return highest < FIRST_MARKER - 1;
 }
 
 // Writes the holdable part of `text` into its place and notes whether that is less than all of it.
@@ -193,13 +203,12 @@ int add_record_entry(std::string_view text) {
     char* end = goto_last_record();
     if (end == nullptr)
         return 0;
-    const auto part = holdable_part(text);
     MEMCHUNK& last = *current_memchunk;
-    const std::size_t size = part.size() + 1;
-    if (last.used + size + 1 >= MEMCHUNK_SIZE)
+    const std::size_t size = text.size() + 1;
+    // Readers append by the million: where nothing has to move or to change, nothing else is asked.
+    if (last.used + size + 1 >= MEMCHUNK_SIZE || !copy_holdable(text, end))
         return insert_record_entry(end, text) != nullptr ? 1 : 0;
-    // Readers append by the million: where nothing has to move, nothing is asked.
-    write_record(end, part, text);
+    end[size - 1] = '\0';
     end[size] = END_OF_RECORDS;
     last.used += size;
     ++last.records;
