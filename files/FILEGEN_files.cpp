@@ -54,8 +54,8 @@ EDIT_FILE recognise_by_length(const TEXT_SOURCE& source, char type) {
     if (end == source.size)
         return EDIT_FILE::LOOKUP_SYSTEM;
     if (end < source.size) {
-        const bool padded = seek_file(source.file, static_cast<std::int64_t>(end)) &&
-                            is_null_padded(source.file) == 1;
+        const bool padded =
+            seek_file(source.file, static_cast<std::int64_t>(end)) && is_null_padded(source.file) == 1;
         return padded ? EDIT_FILE::LOOKUP_SYSTEM : EDIT_FILE::LIBRARY;
     }
     // A text may well have such a letter there, which makes its first characters an absurd length.
@@ -123,6 +123,8 @@ std::int64_t read_recognised(WINDOW owner, const std::string& file_name, int fil
         return refuse_open(owner);
     TEXT_SOURCE source = open_source(file.get());
     fill_source(source, DBASE_HEADER_SIZE);
+    if (std::ferror(file.get()) != 0)
+        return refuse_open(owner);
     const EDIT_FILE kind = recognise(source, file_type);
     rewind_source(source);
     if (kind == EDIT_FILE::DBASE)

@@ -28,7 +28,7 @@ namespace {
 
 constexpr std::size_t PROGRESS_STEP = std::size_t{64} << 10; // bytes between two updates of the progress box
 
-constexpr std::size_t PIECE_SIZE = std::size_t{64} << 10;    // bytes that a source reads at once
+constexpr std::size_t PIECE_SIZE = std::size_t{64} << 10; // bytes that a source reads at once
 
 constexpr std::string_view LINE_END = "\r\n";
 constexpr std::size_t RECORD_COUNT_OFFSET = 16;
@@ -104,7 +104,8 @@ int report_out_of_memory(WINDOW owner) {
 }
 
 TEXT_SOURCE open_source(std::FILE* file) {
-    TEXT_SOURCE source{file, static_cast<std::size_t>(std::max(file_length(file), std::int64_t{0})), 0, {}, {}};
+    TEXT_SOURCE source{
+        file, static_cast<std::size_t>(std::max(file_length(file), std::int64_t{0})), 0, {}, {}};
     rewind_source(source);
     return source;
 }

@@ -12,7 +12,10 @@
 
 namespace {
 
-using VALUES = std::vector<std::string_view>; // of a row, in the order of the columns
+struct ROW {
+    std::vector<std::string_view> values; // in the order of the columns
+    bool printable = false;               // no byte of it needs a second look
+};
 
 constexpr std::size_t TRUNCATED_VALUE = 20; // characters
 
@@ -53,17 +56,37 @@ std::vector<std::size_t> chosen_columns(const std::vector<FIELD_DESCRIPTOR>& fie
     return columns;
 }
 
-// What both imports do once the columns are chosen. `read_row` leaves a value for each column in `values`; it
+constexpr unsigned char PRINTABLE_RANGE = '~' - ' ';
+
+// Above PRINTABLE_RANGE when the character is not printable.
+unsigned char place_in_range(char character) {
+    return static_cast<unsigned char>(character - ' ');
+}
+
+bool is_unprintable(char character) {
+    return place_in_range(character) > PRINTABLE_RANGE;
+}
+
+// Looks at all characters, so that the compiler can take many at a time.
+bool holds_unprintable(std::string_view text) {
+    unsigned char highest = 0;
+    for (const char character : text)
+        highest = std::max(highest, place_in_range(character));
+    return highest > PRINTABLE_RANGE;
+}
+
+// What both imports do once the columns are chosen. `read_row` leaves a value for each column in `row`; it
 // returns false when there is no more row.
 template <typename READ_ROW>
 std::int64_t add_rows(WINDOW owner, const TEXT_SOURCE& source, const std::vector<FIELD_DESCRIPTOR>& fields,
-                      const IMPORT_OPTIONS& options, const VALUES& values, READ_ROW read_row) {
+                      const IMPORT_OPTIONS& options, const ROW& row, READ_ROW read_row) {
     PROGRESS progress{{open_status_box(STATUS_OPEN_FILE), {}}, source.size};
     const auto columns = chosen_columns(fields);
     std::int64_t records = 0;
     while (read_row()) {
+        const auto add = row.printable ? add_printable_entry : add_record_entry;
         for (const std::size_t column : columns) {
-            if (add_record_entry(clean_value(values[column], options)) == 0)
+            if (add(clean_value(row.values[column], options)) == 0)
                 return report_out_of_memory(owner);
             ++records;
         }
@@ -154,7 +177,7 @@ bool read_dbase_fields(TEXT_SOURCE& source, std::vector<FIELD_DESCRIPTOR>& field
 
 // Takes the bytes of the next row that is not deleted, without its status. False when there is none.
 bool take_dbase_row(TEXT_SOURCE& source, std::size_t row_size, std::size_t dbase_record_length,
-                    std::string_view& row) {
+                    std::string_view& bytes) {
     for (;;) {
         fill_source(source, std::max(row_size, dbase_record_length) + 1);
         const std::string_view status = take_bytes(source, 1);
@@ -165,17 +188,17 @@ bool take_dbase_row(TEXT_SOURCE& source, std::size_t row_size, std::size_t dbase
         if (status.front() == DBASE_DELETED)
             take_bytes(source, std::max(dbase_record_length, std::size_t{1}) - 1);
     }
-    row = take_bytes(source, row_size);
-    return row.size() == row_size;
+    bytes = take_bytes(source, row_size);
+    return bytes.size() == row_size;
 }
 
-void split_dbase_row(std::string_view row, const std::vector<FIELD_DESCRIPTOR>& fields, VALUES& values) {
-    const bool holds_nul = row.find('\0') != std::string_view::npos;
-    values.clear();
+void split_dbase_row(std::string_view bytes, const std::vector<FIELD_DESCRIPTOR>& fields, ROW& row) {
+    row.printable = !holds_unprintable(bytes);
+    row.values.clear();
     for (const FIELD_DESCRIPTOR& field : fields) {
-        const std::string_view value = row.substr(0, field.field_length);
-        values.push_back(holds_nul ? up_to_nul(value) : value);
-        row.remove_prefix(field.field_length);
+        const std::string_view value = bytes.substr(0, field.field_length);
+        row.values.push_back(row.printable ? value : up_to_nul(value));
+        bytes.remove_prefix(field.field_length);
     }
 }
 
@@ -193,12 +216,12 @@ std::int64_t import_dbase(WINDOW owner, TEXT_SOURCE& source) {
     std::size_t row_size = 0;
     for (const FIELD_DESCRIPTOR& field : fields)
         row_size += field.field_length;
-    std::string_view row;
-    VALUES values;
-    return add_rows(owner, source, fields, options, values, [&] {
-        if (!take_dbase_row(source, row_size, table->dbase_record_length, row))
+    std::string_view bytes;
+    ROW row;
+    return add_rows(owner, source, fields, options, row, [&] {
+        if (!take_dbase_row(source, row_size, table->dbase_record_length, bytes))
             return false;
-        split_dbase_row(row, fields, values);
+        split_dbase_row(bytes, fields, row);
         return true;
     });
 }
@@ -215,28 +238,9 @@ int blank_line(std::string_view str) {
     return str.find_first_not_of(' ') == std::string_view::npos ? 1 : 0;
 }
 
-constexpr unsigned char PRINTABLE_RANGE = '~' - ' ';
-
-// Above PRINTABLE_RANGE when the character is not printable.
-unsigned char place_in_range(char character) {
-    return static_cast<unsigned char>(character - ' ');
-}
-
-bool is_unprintable(char character) {
-    return place_in_range(character) > PRINTABLE_RANGE;
-}
-
-// Looks at all characters, so that the compiler can take many at a time.
-bool holds_unprintable(std::string_view text) {
-    unsigned char highest = 0;
-    for (const char character : text)
-        highest = std::max(highest, place_in_range(character));
-    return highest > PRINTABLE_RANGE;
-}
-
 // Takes what is not printable out of the values, which lie in `line`. The row's very first character stays
 // whatever it is.
-void filter_values(std::string& line, VALUES& values) {
+void filter_values(std::string& line, std::vector<std::string_view>& values) {
     for (std::string_view& value : values) {
         const std::size_t kept = &value == &values.front() && !value.empty() ? 1 : 0;
         char* const begin = line.data() + (value.data() - line.data());
@@ -250,7 +254,7 @@ bool character_at(std::string_view line, std::size_t index, char character) {
 }
 
 // What the values of a row take up in its buffer, each with a NUL behind it.
-std::size_t row_size(const VALUES& values) {
+std::size_t row_size(const std::vector<std::string_view>& values) {
     std::size_t size = values.size();
     for (const std::string_view value : values)
         size += value.size();
@@ -258,9 +262,8 @@ std::size_t row_size(const VALUES& values) {
 }
 
 // The values of the next row lie in the source or in `copy`.
-int read_text_ascii_record(WINDOW owner, TEXT_SOURCE& source, std::string& copy, VALUES& values) {
+int read_text_ascii_record(WINDOW owner, TEXT_SOURCE& source, std::string& copy, ROW& row) {
     std::string_view line;
-    bool filter = false;
     do {
         if (read_line(source, line, ASCII_RECORD_LIMIT) == 0)
             return NO_MORE_ROWS;
@@ -268,18 +271,18 @@ int read_text_ascii_record(WINDOW owner, TEXT_SOURCE& source, std::string& copy,
             show_warning(owner, "ASCII file contains lines greater than 1024 chars long");
             return ROW_REFUSED;
         }
-        filter = holds_unprintable(line);
-        if (filter) {
+        row.printable = !holds_unprintable(line);
+        if (!row.printable) {
             copy = line;
             std::erase(copy, '\0'); // no value can hold one, and text of two-byte characters is full of them
             line = copy;
         }
     } while (blank_line(line) == 1);
-    parse_buffer(line, values);
-    if (filter)
-        filter_values(copy, values);
+    parse_buffer(line, row.values);
+    if (!row.printable)
+        filter_values(copy, row.values);
     // A row takes up a NUL more than its line has characters, at most.
-    if (line.size() < ASCII_RECORD_LIMIT || row_size(values) <= ASCII_RECORD_LIMIT)
+    if (line.size() < ASCII_RECORD_LIMIT || row_size(row.values) <= ASCII_RECORD_LIMIT)
         return ROW_READ;
     show_warning(owner, "Conversion Error - Fields could not fit into buffer.");
     return ROW_REFUSED;
@@ -287,26 +290,26 @@ int read_text_ascii_record(WINDOW owner, TEXT_SOURCE& source, std::string& copy,
 
 std::int64_t import_text(WINDOW owner, TEXT_SOURCE& source) {
     std::string copy;
-    VALUES values;
+    ROW row;
     rewind_source(source);
-    const int first_row = read_text_ascii_record(owner, source, copy, values);
+    const int first_row = read_text_ascii_record(owner, source, copy, row);
     if (first_row == NO_MORE_ROWS)
         show_warning(owner, "Empty ASCII File.");
     if (first_row != ROW_READ)
         return 0;
 
-    std::vector<FIELD_DESCRIPTOR> fields(values.size());
+    std::vector<FIELD_DESCRIPTOR> fields(row.values.size());
     for (std::size_t i = 0; i < fields.size(); ++i)
-        name_field(fields[i], values[i]);
+        name_field(fields[i], row.values[i]);
     IMPORT_OPTIONS options;
     if (!choose_import_fields(owner, fields, options))
         return -1;
 
     rewind_source(source); // the first row is data too
-    return add_rows(owner, source, fields, options, values, [&] {
-        if (read_text_ascii_record(owner, source, copy, values) != ROW_READ)
+    return add_rows(owner, source, fields, options, row, [&] {
+        if (read_text_ascii_record(owner, source, copy, row) != ROW_READ)
             return false;
-        values.resize(fields.size()); // a column beyond the row's values gets an empty one
+        row.values.resize(fields.size()); // a column beyond the row's values gets an empty one
         return true;
     });
 }
@@ -335,9 +338,7 @@ std::size_t parse_buffer(std::string_view line, std::vector<std::string_view>& v
         if (quote_after_comma)
             ++begin;
         const char stop = quote || quote_after_comma ? '"' : ',';
-        std::size_t end = begin;
-        while (end < line.size() && line[end] != stop)
-            ++end;
+        const std::size_t end = std::min(line.find(stop, begin), line.size());
         i = end;
         if (quote && character_at(line, end + 1, ','))
             ++i;

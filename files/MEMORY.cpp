@@ -108,16 +108,6 @@ std::string_view holdable_part(std::string_view text) {
     return text.substr(0, std::min(text.find('\0'), LONGEST_RECORD));
 }
 
-// Copies a text and tells whether no byte of it is a NUL or as high as a marker.
-bool copy_holdable(std::string_view text, char* place) {
-    unsigned char highest = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        place[i] = text[i];
-        highest = std::max(highest, static_cast<unsigned char>(text[i] - 1)); // a NUL becomes the highest
-    }
-    return highest < FIRST_MARKER - 1;
-}
-
 // Writes the holdable part of `text` into its place and notes whether that is less than all of it.
 void write_record(char* place, std::string_view part, std::string_view text) {
     unsigned char highest = 0;
@@ -132,6 +122,21 @@ void write_record(char* place, std::string_view part, std::string_view text) {
             [](char byte) { return static_cast<unsigned char>(byte) >= FIRST_MARKER; }, '?');
     if (highest >= FIRST_MARKER || text.find_first_not_of('\0', part.size()) != std::string_view::npos)
         ++changed_records;
+}
+
+// Opens a gap for a record behind the last one. Readers append by the million: where nothing has to move,
+// nothing else is asked.
+char* append_gap(std::size_t size) {
+    char* end = goto_last_record();
+    if (end == nullptr)
+        return nullptr;
+    MEMCHUNK& last = *current_memchunk;
+    if (last.used + size + 1 >= MEMCHUNK_SIZE)
+        return mem_shift(end, static_cast<int>(size));
+    end[size] = END_OF_RECORDS;
+    last.used += size;
+    ++last.records;
+    return end;
 }
 
 } // namespace
@@ -200,19 +205,18 @@ char* mem_shift(char* place, int shift) {
 }
 
 int add_record_entry(std::string_view text) {
-    char* end = goto_last_record();
-    if (end == nullptr)
-        return 0;
-    MEMCHUNK& last = *current_memchunk;
-    const std::size_t size = text.size() + 1;
-    // Readers append by the million: where nothing has to move or to change, nothing else is asked.
-    if (last.used + size + 1 >= MEMCHUNK_SIZE || !copy_holdable(text, end))
-        return insert_record_entry(end, text) != nullptr ? 1 : 0;
-    end[size - 1] = '\0';
-    end[size] = END_OF_RECORDS;
-    last.used += size;
-    ++last.records;
-    return 1;
+    const auto part = holdable_part(text);
+    char* gap = append_gap(part.size() + 1);
+    if (gap != nullptr)
+        write_record(gap, part, text);
+    return gap != nullptr ? 1 : 0;
+}
+
+int add_printable_entry(std::string_view text) {
+    char* gap = append_gap(text.size() + 1);
+    if (gap != nullptr)
+        *std::copy(text.begin(), text.end(), gap) = '\0';
+    return gap != nullptr ? 1 : 0;
 }
 
 char* insert_record_entry(char* record, std::string_view text) {

@@ -15,6 +15,8 @@
 #include "convert/CONVERT.h"
 #include "library/LIB.h"
 
+#include <new>
+
 SETUP_RECORD setup_record;
 
 namespace {
@@ -118,8 +120,19 @@ unsigned char load_setup(std::FILE* file, const FILE_START& start) {
     return 1;
 }
 
+unsigned char load_setup_within_memory(std::FILE* file, const FILE_START& start) {
+    try {
+        return load_setup(file, start);
+    } catch (const std::bad_alloc&) {
+        show_warning(OUT_OF_MEMORY_TEXT, MEMORY_CAPTION);
+        return 0;
+    }
+}
+
 unsigned char load_from_library(const std::string& filename) {
-    const auto load_member = [](std::FILE* file) { return load_setup(file, read_file_start(file)); };
+    const auto load_member = [](std::FILE* file) {
+        return load_setup_within_memory(file, read_file_start(file));
+    };
     return static_cast<unsigned char>(read_library_member(nullptr, filename, load_member, CANNOT_OPEN));
 }
 
@@ -145,7 +158,7 @@ unsigned char open_setup_file(const std::string& filename) {
     }
     const FILE_START start = read_file_start(file.get());
     if (fills_file(file.get(), start.length))
-        return load_setup(file.get(), start);
+        return load_setup_within_memory(file.get(), start);
     file.reset();
     // The mark counts before the type: an earlier-model file may well hold an 'S' there.
     const std::uint32_t third_byte = (start.length >> 8) & 0xFF;
