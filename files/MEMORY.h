@@ -53,7 +53,8 @@ char* mem_shift(char* place, int shift);
 // such bytes become '?', the rest is cut off. changed_records counts the texts changed so since it was
 // cleared; the readers tell the operator. A text must not lie in the store itself.
 extern std::uint32_t changed_records;
-int add_record_entry(std::string_view text); // behind the last; 1, or 0 when memory is exhausted
+int add_record_entry(std::string_view text);    // behind the last; 1, or 0 when memory is exhausted
+int add_printable_entry(std::string_view text); // the same for printable characters alone, unchecked
 char* insert_record_entry(char* record, std::string_view text);  // before it; the new record, or nullptr
 char* delete_record_entry(char* record);                         // the record that followed
 char* realloc_record_entry(char* record, std::string_view text); // the record with its new text, or nullptr
