@@ -2,6 +2,7 @@
 
 #include "app/TolvanP.h"
 #include "app/desktop.h"
+#include "resources/define.h"
 
 #include <commctrl.h>
 
@@ -18,8 +19,36 @@ namespace {
 constexpr char OWN_PROCEDURE[] = "own_procedure"; // the property of a control that a filter stands before
 constexpr WPARAM BACKSPACE = 8;
 
+constexpr int FILE_COMMANDS[] = {CMD_NEW, CMD_OPEN, CMD_SAVE, CMD_EXIT};
+constexpr int FILE_PICTURE_WIDTH = 21; // pixels
+constexpr int FILE_PICTURE_HEIGHT = 18;
+
+constexpr INT_PTR KEY_DONE = -2; // answers to WM_VKEYTOITEM
+constexpr INT_PTR KEY_LEFT_TO_LIST = -1;
+
 WNDPROC own_procedure(HWND control) {
     return reinterpret_cast<WNDPROC>(GetPropA(control, OWN_PROCEDURE));
+}
+
+// In pixels, of the rows of a list box.
+WPARAM widest_row(HWND dialog, HWND list, const std::vector<std::string>& rows,
+                  std::span<const int> tab_stops) {
+    std::vector<int> stops;
+    for (const int tab_stop : tab_stops) {
+        RECT stop{0, 0, tab_stop, 0};
+        MapDialogRect(dialog, &stop);
+        stops.push_back(stop.right);
+    }
+    HDC dc = GetDC(list);
+    HGDIOBJ old_font = SelectObject(dc, reinterpret_cast<HGDIOBJ>(SendMessageA(list, WM_GETFONT, 0, 0)));
+    WPARAM width = 0;
+    for (const std::string& row : rows)
+        width = std::max<WPARAM>(width,
+                                 LOWORD(GetTabbedTextExtentA(dc, row.data(), static_cast<int>(row.size()),
+                                                             static_cast<int>(stops.size()), stops.data())));
+    SelectObject(dc, old_font);
+    ReleaseDC(list, dc);
+    return width;
 }
 
 // The pictures of a toolbar. A toolbar does not own its pictures: they are loaded once and kept.
@@ -77,6 +106,25 @@ void tick(HWND dialog, int box, bool ticked) {
 bool answers_yes(HWND owner, const std::string& question) {
     return show_message(owner, question, PROGRAM_TITLE, MESSAGE_ICON::QUESTION, MESSAGE_BUTTONS::YES_NO) ==
            BUTTON::YES;
+}
+
+bool saves_or_gives_up(HWND owner, const std::string& question, const std::function<bool()>& save) {
+    switch (show_message(owner, question, PROGRAM_TITLE, MESSAGE_ICON::QUESTION,
+                         MESSAGE_BUTTONS::YES_NO_CANCEL)) {
+    case BUTTON::YES:
+        return save();
+    case BUTTON::NO:
+        return true;
+    default:
+        return false;
+    }
+}
+
+void enable_control(HWND dialog, int control, bool enabled, int next_focus) {
+    HWND window = GetDlgItem(dialog, control);
+    if (!enabled && GetFocus() == window)
+        SendMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog, next_focus)), TRUE);
+    EnableWindow(window, enabled);
 }
 
 void install_filter(HWND control, WNDPROC filter) {
@@ -139,6 +187,29 @@ unsigned selected_entry(HWND dialog, int control, unsigned if_none) {
     return selected == CB_ERR ? if_none : static_cast<unsigned>(selected);
 }
 
+void show_rows(HWND dialog, int list, const std::vector<std::string>& rows, std::size_t selected,
+               std::span<const int> tab_stops) {
+    HWND window = GetDlgItem(dialog, list);
+    const LRESULT top = SendMessageA(window, LB_GETTOPINDEX, 0, 0);
+    SendMessageA(window, WM_SETREDRAW, FALSE, 0);
+    SendMessageA(window, LB_RESETCONTENT, 0, 0);
+    for (const std::string& row : rows)
+        SendMessageA(window, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(row.c_str()));
+    SendMessageA(window, LB_SETHORIZONTALEXTENT, widest_row(dialog, window, rows, tab_stops), 0);
+    SendMessageA(window, LB_SETTOPINDEX, static_cast<WPARAM>(top), 0);
+    SendMessageA(window, LB_SETCURSEL, selected, 0);
+    SendMessageA(window, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(window, nullptr, TRUE);
+}
+
+INT_PTR take_list_key(HWND dialog, int key, int insert_command, int delete_command) {
+    if (key != VK_INSERT && key != VK_DELETE)
+        return KEY_LEFT_TO_LIST;
+    const int command = key == VK_INSERT ? insert_command : delete_command;
+    SendMessageA(dialog, WM_COMMAND, static_cast<WPARAM>(command), 0);
+    return KEY_DONE;
+}
+
 HWND create_toolbar(HWND owner, int control_id, int bitmap_id, std::span<const int> commands, int width,
                     int height) {
     const auto count = static_cast<WPARAM>(commands.size());
@@ -170,9 +241,17 @@ HWND create_toolbar(HWND owner, int control_id, int bitmap_id, std::span<const i
     return toolbar;
 }
 
-void give_tooltip_text(LPARAM lParam) {
+HWND create_file_toolbar(HWND owner) {
+    return create_toolbar(owner, ID_FILE_TOOLBAR, BITMAP_FILE_TOOLBAR, FILE_COMMANDS, FILE_PICTURE_WIDTH,
+                          FILE_PICTURE_HEIGHT);
+}
+
+bool give_tooltip_text(LPARAM lParam) {
     static char szBuf[128]; // read by the tooltip after this procedure has returned
     auto* request = reinterpret_cast<NMTTDISPINFOA*>(lParam);
+    if (request->hdr.code != TTN_GETDISPINFOA)
+        return false;
     LoadStringA(hInstance, static_cast<UINT>(request->hdr.idFrom), szBuf, sizeof szBuf);
     request->lpszText = szBuf;
+    return true;
 }

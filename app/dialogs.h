@@ -5,8 +5,10 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <span>
 #include <string>
+#include <vector>
 
 extern HINSTANCE hInstance; // the module that holds every dialog, menu, picture and string
 extern HWND hwndmain;       // the main window
@@ -29,6 +31,13 @@ void tick(HWND dialog, int box, bool ticked);
 
 // Asks a Yes/No question under the program's title.
 bool answers_yes(HWND owner, const std::string& question);
+
+// Asks a Yes/No/Cancel question about unsaved changes; Yes saves. True when they are saved or given up.
+bool saves_or_gives_up(HWND owner, const std::string& question, const std::function<bool()>& save);
+
+// Enables or disables a control. One that has the focus hands it to another before it is disabled: the
+// keyboard would reach nothing.
+void enable_control(HWND dialog, int control, bool enabled, int next_focus);
 
 // Gives a control another window procedure and keeps its own, which own_procedure_of() tells the filter for
 // what it does not take; remove_filter() gives it back.
@@ -55,10 +64,22 @@ int step_direction(LPARAM lParam);
 void fill_list(HWND dialog, int control, std::span<const char* const> texts, unsigned selected);
 unsigned selected_entry(HWND dialog, int control, unsigned if_none);
 
+// Fills a list box anew and selects a row; what was at its top stays there. Rows that are wider than the list
+// can be moved sideways. `tab_stops` are in dialog units.
+void show_rows(HWND dialog, int list, const std::vector<std::string>& rows, std::size_t selected,
+               std::span<const int> tab_stops = {});
+
+// The keys Insert and Delete of a list box, for two commands of its dialog; the answer to WM_VKEYTOITEM.
+INT_PTR take_list_key(HWND dialog, int key, int insert_command, int delete_command);
+
 // A toolbar of push buttons with tooltips, each `width` by `height` pixels, its pictures the cells of a
 // 32-bit bitmap resource in order. nullptr when it cannot be created; then the operator has been told.
 HWND create_toolbar(HWND owner, int control_id, int bitmap_id, std::span<const int> commands, int width,
                     int height);
 
-// Answers a toolbar's request for a tooltip: the string resource whose identifier is the command.
-void give_tooltip_text(LPARAM lParam);
+// The toolbar of a window that makes files: New, Open, Save and Exit.
+HWND create_file_toolbar(HWND owner);
+
+// Answers a toolbar's request for a tooltip: the string resource whose identifier is the command. False when
+// the notification is no such request.
+bool give_tooltip_text(LPARAM lParam);

@@ -14,6 +14,12 @@ std::string filter_list(std::span<const FILE_FILTER> filters) {
     return list; // its own NUL is the second one that ends the list
 }
 
+std::string current_folder() {
+    std::string folder(GetCurrentDirectoryA(0, nullptr), '\0'); // room for its NUL is counted
+    folder.resize(GetCurrentDirectoryA(static_cast<DWORD>(folder.size()), folder.data()));
+    return folder;
+}
+
 // Shows one of the two system dialogs once.
 bool run_file_dialog(FILE_DIALOG& dialog, BOOL(WINAPI* system_dialog)(OPENFILENAMEA*), DWORD flags) {
     const std::string filters = filter_list(dialog.filters);
@@ -30,11 +36,14 @@ bool run_file_dialog(FILE_DIALOG& dialog, BOOL(WINAPI* system_dialog)(OPENFILENA
     request.lpstrInitialDir = dialog.directory != nullptr ? dialog.directory->c_str() : nullptr;
     request.lpstrTitle = dialog.title;
     request.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_PATHMUSTEXIST | flags;
+    const std::string folder = current_folder();
     bool chosen = system_dialog(&request) != FALSE;
     if (!chosen && CommDlgExtendedError() == FNERR_INVALIDFILENAME) {
         path.assign(PATH_BUFFER, '\0'); // the proposed name cannot be a file's: ask without it
         chosen = system_dialog(&request) != FALSE;
     }
+    if (!chosen || dialog.keeps_current_folder)
+        SetCurrentDirectoryA(folder.c_str());
     if (!chosen)
         return false;
 

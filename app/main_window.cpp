@@ -272,9 +272,8 @@ LRESULT CALLBACK MAINPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
         tolvan_app_active = wParam != FALSE;
         return 0;
     case WM_NOTIFY:
-        if (reinterpret_cast<NMHDR*>(lParam)->code != TTN_GETDISPINFOA)
+        if (!give_tooltip_text(lParam))
             break;
-        give_tooltip_text(lParam);
         return 0;
     case WM_COMMAND:
         if (!run_command(hwnd, LOWORD(wParam)))

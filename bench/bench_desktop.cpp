@@ -2,6 +2,7 @@
 // changes.
 #include "app/checksum.h"
 #include "app/desktop.h"
+#include "library/LIB.h"
 
 #include <algorithm>
 #include <array>
@@ -50,6 +51,21 @@ BUTTON show_message(WINDOW, const std::string& text, const std::string&, MESSAGE
     std::abort();
 }
 
+std::string temporary_file_name() {
+    std::abort(); // no benchmark takes a file out of a library
+}
+
+int choose_library_member(WINDOW, const std::vector<std::string>&) {
+    std::abort();
+}
+
 bool replace_file(const std::string& from, const std::string& to) {
     return std::rename(from.c_str(), to.c_str()) == 0;
 }
+
+// No settings file: all settings keep their defaults.
+std::uint32_t read_setting_number(const char*, const char*, std::uint32_t missing) {
+    return missing;
+}
+
+void write_setting(const char*, const char*, const std::string&) {}

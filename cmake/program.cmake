@@ -16,7 +16,6 @@ add_library(tolvan_screens OBJECT
     app/progress.cpp
     comm/PCOM_screens.cpp
     comm/PCOM_setup.cpp
-    comm/PCOM_upgrade.cpp
     comm/line_win32.cpp
     files/FILEGEN_dialogs.cpp
     files/FILEGEN_editor.cpp

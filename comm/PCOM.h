@@ -19,6 +19,7 @@ enum DIAL_METHOD { DIAL_TONE = 0, DIAL_PULSE = 1 };
 inline constexpr std::size_t MODEM_INIT_LIMIT = 254;  // bytes
 inline constexpr std::size_t PHONE_NUMBER_LIMIT = 29; // bytes
 inline constexpr std::size_t XMODEM_BLOCK_SIZE = 128; // bytes
+inline constexpr std::size_t FLASH_BLOCK_SIZE = 1024; // bytes
 
 // Values come from the settings file unchecked: nothing may index by them.
 struct COMM_SETTINGS {
@@ -57,7 +58,7 @@ enum TRANSFER_RESULT {
 const char* transfer_status_text(int result);
 const char* transfer_log_notes(int result); // nullptr when the ending is not logged
 
-// Direction of a transfer, and the action of the Send/Receive screen.
+// Direction of a transfer, and the action of the Send/Receive screen, which is the Upgrade Flash screen too.
 enum TRANSFER_ACTION { ACTION_UPGRADE = 0, ACTION_SEND = 1, ACTION_RECEIVE = 2 };
 
 // --- the line (PCOM_line.cpp) ---
@@ -93,10 +94,11 @@ int xmodem_receive_file(WINDOW screen, LINE* port, const std::string& file_name)
 int ascii_send_file(WINDOW screen, LINE* port, const std::string& file_name);
 int ascii_receive_file(WINDOW screen, LINE* port, const std::string& file_name);
 
-// --- one send, one receive or a session of auto receive (PCOM_transfer.cpp) ---
+// --- one send, one upgrade, one receive or a session of auto receive (PCOM_transfer.cpp) ---
 
 void send_file(WINDOW screen, const std::string& path);
 void receive_file(WINDOW screen, const std::string& path);
+void upgrade_flash(WINDOW screen, const std::string& file_name);
 
 extern bool auto_receive_flag;             // receiving again and again until the operator cancels
 extern std::uint32_t auto_receive_counter; // number in the name of the next file in increment mode
@@ -104,21 +106,16 @@ extern std::uint32_t auto_receive_counter; // number in the name of the next fil
 // NAME.001 for a name and the counter.
 std::string increment_extension(std::uint32_t counter);
 
-// Number of XMODEM blocks that a file of `size` bytes fills.
-std::uint64_t xmodem_blocks(std::uint64_t size);
+// Number of blocks of `block_size` bytes that a file of `size` bytes fills.
+std::uint64_t xmodem_blocks(std::uint64_t size, std::size_t block_size);
 
 // --- the upgrade of the portable's flash memory (PCOM_flash.cpp) ---
 
-inline constexpr std::size_t FLASH_BLOCK_SIZE = 1024; // bytes
-
-// True when the file's own CRC is right.
+// True when the file's own CRC is right; reports nothing.
 bool isflash_file(const std::string& file_name);
 
-// The settings that the upgrade needs, whatever the operator's are.
+// Puts the line settings that the upgrade needs into comm_settings; port, retries and the rest stay.
 void force_flash_settings();
-
-// One send with its result on the screen.
-void upgrade_flash(WINDOW screen, const std::string& file_name);
 
 // What the Send/Receive screen shows of the settings.
 struct SETTINGS_SUMMARY {

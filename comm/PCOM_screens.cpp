@@ -1,24 +1,26 @@
-// The Send/Receive screen with its starting-number prompt, and what a running transfer asks of it.
+// The Send/Receive screen, which is the Upgrade Flash screen too, and what a running transfer asks of it.
 #include "comm/PCOM_screens.h"
 
 #include "app/command_line.h"
+#include "app/desktop.h"
 #include "app/dialogs.h"
 #include "app/file_dialog.h"
 #include "app/files.h"
 #include "app/paths.h"
 #include "app/settings.h"
 #include "comm/PCOM.h"
+#include "comm/PCOM_local.h"
 #include "comm/transfer_screen.h"
 #include "resources/control.h"
 #include "resources/define.h"
 
 #include <array>
+#include <optional>
+#include <utility>
 
 namespace {
 
 constexpr UINT WM_SCREEN_SHOWN = WM_APP; // posted by the screen to itself, to begin once it can be seen
-constexpr unsigned LOWEST_EXTENSION = 1;
-constexpr unsigned HIGHEST_EXTENSION = 999;
 constexpr WPARAM ENTER_CHARACTER = 13;
 
 struct COUNTER_ROW {
@@ -56,6 +58,7 @@ constexpr FILE_FILTER SEND_FILTERS[] = {
     {"Ascii Files(*.TXT)", "*.txt"},
     {"All Files(*.*)", "*.*"},
 };
+constexpr FILE_FILTER UPGRADE_FILTERS[] = {{"Flash Upgrade Files(*.UPG)", "*.upg"}};
 constexpr FILE_FILTER RECEIVE_FILTERS[] = {
     {"Ascii Files(*.TXT)", "*.txt"},  {"Data Files(*.DAT)", "*.dat"},  {"Program Files(*.PGT)", "*.pgt"},
     {"Lookup Files(*.LKT)", "*.lkt"}, {"Setup Files(*.CFT)", "*.cft"}, {"Library Files(*.LBT)", "*.lbt"},
@@ -63,11 +66,22 @@ constexpr FILE_FILTER RECEIVE_FILTERS[] = {
 constexpr const char* RECEIVE_EXTENSIONS[] = {".TXT", ".DAT", ".PGT", ".LKT", ".CFT", ".LBT"}; // by filter
 constexpr FILE_FILTER INCREMENT_FILTERS[] = {{"Increment File Name(*.)", "*."}};
 
+// What the actions of the screen differ in.
+struct SCREEN_ACTION {
+    const char* title;
+    const char* button;
+    std::span<const COUNTER_ROW> xmodem_rows, plain_rows;
+    std::size_t block_size; // bytes, of the file to send; 0: there is none yet
+    bool uses_setup;        // the operator may change the settings
+    void (*browse)(HWND screen);
+    void (*transfer)(WINDOW screen, const std::string& path);
+};
+
 // The screen is modal, so there is one at most. Its record outlives the window: a transfer still on the stack
 // may ask for it when the window is gone.
 struct SENDRECEIVE_SCREEN {
     HWND window;
-    int action; // a TRANSFER_ACTION
+    const SCREEN_ACTION* action;
     bool transferring;
     bool end_requested; // by the main window or by the system: the transfer and the screen are to end
     std::string path;
@@ -75,22 +89,23 @@ struct SENDRECEIVE_SCREEN {
 };
 SENDRECEIVE_SCREEN current;
 
+// Kept while an upgrade's settings are in force, to be put back at the screen's end.
+std::optional<COMM_SETTINGS> operators_settings;
+
 // --- what the screen shows ---
 
 std::string& counter_text(COUNTER counter) {
     return current.counters[static_cast<std::size_t>(counter)];
 }
 
-std::span<const COUNTER_ROW> counter_rows(int action) {
+std::span<const COUNTER_ROW> counter_rows() {
     const bool xmodem = comm_settings.protocol == PROTOCOL_XMODEM;
-    if (action == ACTION_SEND)
-        return xmodem ? std::span<const COUNTER_ROW>(SEND_XMODEM_ROWS) : SEND_ASCII_ROWS;
-    return xmodem ? std::span<const COUNTER_ROW>(RECEIVE_XMODEM_ROWS) : RECEIVE_ASCII_ROWS;
+    return xmodem ? current.action->xmodem_rows : current.action->plain_rows;
 }
 
 // Lays out the counters for the action and the protocol in use; the rows left over are hidden.
-void initialize_sendreceive_dialog(HWND screen, int action) {
-    const auto rows = counter_rows(action);
+void initialize_sendreceive_dialog(HWND screen) {
+    const auto rows = counter_rows();
     for (int i = 0; i < COUNTER_COUNT; ++i) {
         const auto row = static_cast<std::size_t>(i);
         const bool used = row < rows.size();
@@ -111,12 +126,6 @@ void update_sendreceive_status(HWND screen) {
     set_control_text(screen, IDC_SR_FILEMODE, summary.filemode);
 }
 
-const char* screen_title(int action) {
-    if (action == ACTION_SEND)
-        return "Send File";
-    return auto_receive_flag ? "Auto Receive File" : "Receive File";
-}
-
 // Unlike SetFocus this also moves the mark of the default button.
 void focus_on(HWND screen, int control) {
     SendMessageA(screen, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(screen, control)), TRUE);
@@ -130,7 +139,8 @@ void show_file_size(HWND screen) {
     if (size < 0)
         return;
     show_counter(screen, COUNTER::FILESIZE, std::to_string(size));
-    show_counter(screen, COUNTER::BLOCKS, std::to_string(xmodem_blocks(static_cast<std::uint64_t>(size))));
+    const auto blocks = xmodem_blocks(static_cast<std::uint64_t>(size), current.action->block_size);
+    show_counter(screen, COUNTER::BLOCKS, std::to_string(blocks));
 }
 
 void take_file(HWND screen, const std::string& path, const std::string& shown_name) {
@@ -138,20 +148,42 @@ void take_file(HWND screen, const std::string& path, const std::string& shown_na
     for (int i = 0; i < COUNTER_COUNT; ++i)
         show_counter(screen, static_cast<COUNTER>(i), "");
     show_transfer_file(screen, shown_name);
-    if (current.action == ACTION_SEND)
+    if (current.action->block_size != 0)
         show_file_size(screen);
     EnableWindow(GetDlgItem(screen, IDOK), TRUE);
     focus_on(screen, IDOK);
 }
 
+FILE_DIALOG send_dialog(HWND screen, std::span<const FILE_FILTER> filters, std::string& directory) {
+    return {.owner = screen,
+            .filters = filters,
+            .title = "Enter Filename To Send",
+            .name = "",
+            .directory = &directory};
+}
+
 void browse_send(HWND screen) {
-    FILE_DIALOG dialog{.owner = screen,
-                       .filters = SEND_FILTERS,
-                       .title = "Enter Filename To Send",
-                       .name = "",
-                       .directory = &send_directory};
+    FILE_DIALOG dialog = send_dialog(screen, SEND_FILTERS, send_directory);
     if (ask_open_name(dialog))
         take_file(screen, dialog.name, path_file_title(dialog.name));
+}
+
+// A damaged file must never reach the portable, which would be left without a program.
+bool is_verified(WINDOW screen, const std::string& path) {
+    show_counter(screen, COUNTER::STATUS, "Verifying...");
+    if (isflash_file(path))
+        return true;
+    show_comm_error("Invalid Upgrade File");
+    show_counter(screen, COUNTER::STATUS, "Flash Error");
+    return false;
+}
+
+void browse_upgrade(HWND screen) {
+    FILE_DIALOG dialog = send_dialog(screen, UPGRADE_FILTERS, upgrade_directory);
+    if (!ask_open_name(dialog) || !is_verified(screen, dialog.name))
+        return;
+    take_file(screen, dialog.name, path_file_title(dialog.name));
+    show_counter(screen, COUNTER::STATUS, "File OK");
 }
 
 // The chosen name with the extension of the chosen filter, unless it brings one of its own.
@@ -165,7 +197,7 @@ std::string with_filter_extension(const FILE_DIALOG& chosen) {
     return name + RECEIVE_EXTENSIONS[chosen.filter_index - 1];
 }
 
-void browse_receive(HWND screen) {
+void browse_receive_one(HWND screen) {
     FILE_DIALOG dialog{.owner = screen,
                        .filters = RECEIVE_FILTERS,
                        .title = "Enter Filename To Receive",
@@ -188,21 +220,34 @@ void browse_increment(HWND screen) {
     take_file(screen, dialog.name, path_base_name(dialog.name) + increment_extension(auto_receive_counter));
 }
 
-void browse(HWND screen) {
-    if (current.action == ACTION_SEND)
-        browse_send(screen);
-    else if (auto_receive_flag && comm_settings.filemode == FILE_INCREMENT)
+void browse_receive(HWND screen) {
+    if (auto_receive_flag && comm_settings.filemode == FILE_INCREMENT)
         browse_increment(screen);
     else
-        browse_receive(screen);
+        browse_receive_one(screen);
 }
 
 // --- the transfer ---
 
+// The file may have changed since it was chosen.
+void send_upgrade(WINDOW screen, const std::string& path) {
+    if (is_verified(screen, path))
+        upgrade_flash(screen, path);
+}
+
+// By TRANSFER_ACTION.
+constexpr SCREEN_ACTION ACTIONS[] = {
+    {"Upgrade Flash", "Send", SEND_XMODEM_ROWS, {}, FLASH_BLOCK_SIZE, false, browse_upgrade, send_upgrade},
+    {"Send File", "Send", SEND_XMODEM_ROWS, SEND_ASCII_ROWS, XMODEM_BLOCK_SIZE, true, browse_send, send_file},
+    {"Receive File", "Receive", RECEIVE_XMODEM_ROWS, RECEIVE_ASCII_ROWS, 0, true, browse_receive,
+     receive_file},
+};
+
 void enable_commands(HWND screen, bool enabled) {
     EnableWindow(GetDlgItem(screen, IDCANCEL), enabled);
     EnableWindow(GetDlgItem(screen, IDC_SR_BROWSE), enabled);
-    EnableMenuItem(GetMenu(screen), CMD_SENDRECEIVE_SETUP, enabled ? MF_ENABLED : MF_GRAYED);
+    EnableMenuItem(GetMenu(screen), CMD_SENDRECEIVE_SETUP,
+                   enabled && current.action->uses_setup ? MF_ENABLED : MF_GRAYED);
     DrawMenuBar(screen);
 }
 
@@ -214,10 +259,7 @@ void run_transfer(HWND screen) {
     current.transferring = true;
     focus_on(screen, IDOK); // before the control that has the focus is disabled
     enable_commands(screen, false);
-    if (current.action == ACTION_SEND)
-        send_file(screen, current.path);
-    else
-        receive_file(screen, current.path);
+    current.action->transfer(screen, current.path);
     enable_commands(screen, true);
     current.transferring = false;
     if (quick_start || current.end_requested)
@@ -229,23 +271,29 @@ void run_transfer(HWND screen) {
 void open_screen(HWND screen, int action) {
     current = {};
     current.window = screen;
-    current.action = action;
+    current.action = &ACTIONS[action];
     auto_receive_counter = 0;
     center_window(screen);
-    SetWindowTextA(screen, screen_title(action));
-    set_control_text(screen, IDOK, action == ACTION_SEND ? "Send" : "Receive");
+    SetWindowTextA(screen, action == ACTION_RECEIVE && auto_receive_flag ? "Auto Receive File"
+                                                                         : current.action->title);
+    set_control_text(screen, IDOK, current.action->button);
+    enable_commands(screen, true);
     EnableWindow(GetDlgItem(screen, IDOK), quick_start_flag);
     update_sendreceive_status(screen);
     show_transfer_file(screen, "");
-    initialize_sendreceive_dialog(screen, action);
+    initialize_sendreceive_dialog(screen);
     PostMessageA(screen, WM_SCREEN_SHOWN, 0, 0);
 }
 
-void begin(HWND screen) {
+void show_screen(HWND screen) {
     ShowWindow(screen, SW_SHOW);
     UpdateWindow(screen);
+}
+
+void begin(HWND screen) {
+    show_screen(screen);
     if (!quick_start_flag) {
-        browse(screen);
+        current.action->browse(screen);
         return;
     }
     take_file(screen, command_line_string, path_file_title(command_line_string));
@@ -256,7 +304,7 @@ void change_setup(HWND screen) {
     if (run_dialog(DLG_COMM_SETUP, screen, SETUPPROC) != 1)
         return;
     update_sendreceive_status(screen);
-    initialize_sendreceive_dialog(screen, current.action);
+    initialize_sendreceive_dialog(screen);
 }
 
 void do_command(HWND screen, int command) {
@@ -270,14 +318,34 @@ void do_command(HWND screen, int command) {
         EndDialog(screen, 0);
         break;
     case IDC_SR_BROWSE:
-        browse(screen);
+        current.action->browse(screen);
         break;
     case CMD_SENDRECEIVE_SETUP:
-        change_setup(screen);
+        if (current.action->uses_setup)
+            change_setup(screen);
         break;
     default:
         break;
     }
+}
+
+// After a No the upgrade's settings stay in force until they are changed or the program ends.
+bool accepts_upgrade(HWND screen) {
+    const BUTTON answer = show_message(screen,
+                                       "WARNING: The Tolvan Portable will lose all program and data files.\n"
+                                       "Options will be reset to factory defaults. Continue?",
+                                       current.action->title, MESSAGE_ICON::STOP, MESSAGE_BUTTONS::YES_NO);
+    if (answer == BUTTON::NO)
+        operators_settings.reset();
+    return answer == BUTTON::YES;
+}
+
+void begin_upgrade(HWND screen) {
+    show_screen(screen);
+    if (accepts_upgrade(screen))
+        browse_upgrade(screen);
+    else
+        EndDialog(screen, 0);
 }
 
 } // namespace
@@ -301,26 +369,24 @@ INT_PTR CALLBACK SENDRECEIVEPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM 
     }
 }
 
-INT_PTR CALLBACK EXTENSIONPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam) {
+// Whatever ends the screen destroys it: that is where the settings go back.
+INT_PTR CALLBACK UPGRADEPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case WM_INITDIALOG:
-        center_window(hDlg);
-        prepare_stepper(hDlg, IDC_EXTENSION_SPIN);
-        SetDlgItemInt(hDlg, IDC_EXTENSION, auto_receive_counter, FALSE);
+        operators_settings = comm_settings;
+        force_flash_settings();
+        break;
+    case WM_SCREEN_SHOWN:
+        begin_upgrade(hDlg);
         return TRUE;
-    case WM_NOTIFY:
-        if (const int direction = step_direction(lParam); direction != 0)
-            step_edit(hDlg, IDC_EXTENSION, direction, {LOWEST_EXTENSION, HIGHEST_EXTENSION});
-        return FALSE;
-    case WM_COMMAND:
-        if (LOWORD(wParam) == IDOK || LOWORD(wParam) == IDCANCEL) { // the close box counts as OK
-            auto_receive_counter = edit_number(hDlg, IDC_EXTENSION);
-            EndDialog(hDlg, 1);
-        }
-        return TRUE;
+    case WM_DESTROY:
+        if (operators_settings)
+            comm_settings = *std::exchange(operators_settings, std::nullopt);
+        break;
     default:
-        return FALSE;
+        break;
     }
+    return SENDRECEIVEPROC(hDlg, message, wParam, lParam);
 }
 
 bool is_transfer_running() {
@@ -335,7 +401,7 @@ void show_counter(WINDOW screen, COUNTER counter, const std::string& text) {
     if (counter_text(counter) == text)
         return;
     counter_text(counter) = text;
-    const auto rows = counter_rows(current.action);
+    const auto rows = counter_rows();
     for (std::size_t row = 0; row < rows.size(); ++row)
         if (rows[row].counter == counter)
             set_control_text(static_cast<HWND>(screen), IDC_SR_VALUE + static_cast<int>(row), text);

@@ -1,4 +1,4 @@
-// Communication Setup and the phone number prompt.
+// Communication Setup, and the prompts for the phone number and the starting number.
 #include "comm/PCOM_screens.h"
 
 #include "app/desktop.h"
@@ -16,6 +16,8 @@ namespace {
 
 constexpr unsigned LOWEST_RETRIES = 1;
 constexpr unsigned HIGHEST_RETRIES = 99; // by the arrows; a typed number may be larger
+constexpr unsigned LOWEST_EXTENSION = 1;
+constexpr unsigned HIGHEST_EXTENSION = 999;
 constexpr char SETUP_CAPTION[] = "Communication Setup";
 
 constexpr const char* PORTS[] = {"COM1", "COM2", "COM3", "COM4"};
@@ -143,6 +145,28 @@ INT_PTR CALLBACK PHONENUMPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lPa
             EndDialog(hDlg, 1);
         } else if (LOWORD(wParam) == IDCANCEL) {
             EndDialog(hDlg, 0);
+        }
+        return TRUE;
+    default:
+        return FALSE;
+    }
+}
+
+INT_PTR CALLBACK EXTENSIONPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_INITDIALOG:
+        center_window(hDlg);
+        prepare_stepper(hDlg, IDC_EXTENSION_SPIN);
+        SetDlgItemInt(hDlg, IDC_EXTENSION, auto_receive_counter, FALSE);
+        return TRUE;
+    case WM_NOTIFY:
+        if (const int direction = step_direction(lParam); direction != 0)
+            step_edit(hDlg, IDC_EXTENSION, direction, {LOWEST_EXTENSION, HIGHEST_EXTENSION});
+        return FALSE;
+    case WM_COMMAND:
+        if (LOWORD(wParam) == IDOK || LOWORD(wParam) == IDCANCEL) { // the close box counts as OK
+            auto_receive_counter = edit_number(hDlg, IDC_EXTENSION);
+            EndDialog(hDlg, 1);
         }
         return TRUE;
     default:

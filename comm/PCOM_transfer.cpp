@@ -58,6 +58,12 @@ void show_result(WINDOW screen, int result) {
     beep();
 }
 
+void end_send(WINDOW screen, LINE* port, int result) {
+    show_result(screen, result);
+    show_transfer_button(screen, "Send");
+    close_line(port);
+}
+
 // The flow column follows the protocol, not the flow control: so the readers of these logs know it.
 const char* logged_flow_control() {
     switch (comm_settings.protocol) {
@@ -129,8 +135,8 @@ std::string increment_extension(std::uint32_t counter) {
     return "." + std::string(EXTENSION_DIGITS - std::min(digits.size(), EXTENSION_DIGITS), '0') + digits;
 }
 
-std::uint64_t xmodem_blocks(std::uint64_t size) {
-    return size / XMODEM_BLOCK_SIZE + (size % XMODEM_BLOCK_SIZE != 0 ? 1 : 0);
+std::uint64_t xmodem_blocks(std::uint64_t size, std::size_t block_size) {
+    return size / block_size + (size % block_size != 0 ? 1 : 0);
 }
 
 void send_file(WINDOW screen, const std::string& path) {
@@ -142,9 +148,12 @@ void send_file(WINDOW screen, const std::string& path) {
         result = is_xmodem() ? xmodem_send_file(screen, port, path) : ascii_send_file(screen, port, path);
     if (is_modem() && result != TRANSFER_DIAL_CANCELLED)
         disconnect_modem(port);
-    show_result(screen, result);
-    show_transfer_button(screen, "Send");
-    close_line(port);
+    end_send(screen, port, result);
+}
+
+void upgrade_flash(WINDOW screen, const std::string& file_name) {
+    if (LINE* const port = comm_initialize(ACTION_SEND))
+        end_send(screen, port, xmodem_send_flash(screen, port, file_name));
 }
 
 void receive_file(WINDOW screen, const std::string& path) {

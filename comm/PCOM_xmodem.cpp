@@ -2,7 +2,7 @@
 //
 // Frame: offset 0, 1 byte, SOH; 1, 1, block number from 1 on, modulo 256; 2, 1, its complement;
 // 3, 128, data, a short last block filled with NUL; 131, sum of the data (1 byte) or CRC (2 bytes, high
-// first).
+// first). A flash upgrade's frames hold 1024 bytes of data and are alike in all else, SOH included.
 #include "comm/PCOM.h"
 #include "comm/PCOM_local.h"
 #include "comm/PCOM_poll.h"
@@ -168,6 +168,22 @@ int end_sending(SENDER& sender, int result) {
     return result;
 }
 
+int send_in_blocks(WINDOW screen, LINE* port, const std::string& file_name, std::size_t block_size) {
+    const FILE_HANDLE file = open_file_to_send(file_name);
+    if (!file)
+        return TRANSFER_FILE_ERROR;
+    show_start(screen);
+    SENDER sender = {screen, port, block_size};
+    std::uint8_t request = 0;
+    int result = wait_for(screen, port, {CRC_REQUEST, SMALL_CRC_REQUEST, NAK}, REQUEST_LIMIT, request);
+    if (result == TRANSFER_COMPLETED) {
+        sender.crc_mode = request != NAK;
+        show_counter(screen, COUNTER::STATUS, "Sending");
+        result = send_blocks(sender, file.get());
+    }
+    return end_sending(sender, result);
+}
+
 // --- receiving ---
 
 struct RECEIVER {
@@ -290,19 +306,11 @@ int end_receiving(RECEIVER& receiver, int result) {
 } // namespace
 
 int xmodem_send_file(WINDOW screen, LINE* port, const std::string& file_name) {
-    const FILE_HANDLE file = open_file_to_send(file_name);
-    if (!file)
-        return TRANSFER_FILE_ERROR;
-    show_start(screen);
-    SENDER sender = {screen, port, XMODEM_BLOCK_SIZE};
-    std::uint8_t request = 0;
-    int result = wait_for(screen, port, {CRC_REQUEST, SMALL_CRC_REQUEST, NAK}, REQUEST_LIMIT, request);
-    if (result == TRANSFER_COMPLETED) {
-        sender.crc_mode = request != NAK;
-        show_counter(screen, COUNTER::STATUS, "Sending");
-        result = send_blocks(sender, file.get());
-    }
-    return end_sending(sender, result);
+    return send_in_blocks(screen, port, file_name, XMODEM_BLOCK_SIZE);
+}
+
+int xmodem_send_flash(WINDOW screen, LINE* port, const std::string& file_name) {
+    return send_in_blocks(screen, port, file_name, FLASH_BLOCK_SIZE);
 }
 
 int xmodem_receive_file(WINDOW screen, LINE* port, const std::string& file_name) {

@@ -2,13 +2,17 @@
 
 #include "app/desktop.h"
 
+bool quendal_file_refused = false;
+
 namespace {
 
 int refuse_quendal_file() {
     show_message(nullptr,
-                 "This version cannot read files of the Quendal terminal yet.\n"
-                 "If the file is a Tolvan file, it is damaged.",
+                 "This is no Tolvan file, or a damaged one.\n"
+                 "A file of the Quendal terminal cannot be converted by this version:\n"
+                 "key its contents in anew, or ask for a Tolvan file.",
                  "Open File", MESSAGE_ICON::WARNING);
+    quendal_file_refused = true;
     return 0;
 }
 

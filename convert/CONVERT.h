@@ -1,13 +1,15 @@
-// Files of the earlier Quendal model.
+// Files of the earlier Quendal model. Their layouts are not known, so none is converted: the operator is told
+// so, and nothing is changed.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
-// Read an earlier-model program or setup file into the current records. Return 1 when it was read, else 0
-// (reported).
+// All return 0 (reported).
 int open_quendal_program_file(const std::string& file_name);
 int open_quendal_setup_file(const std::string& file_name);
-
-// Reads an earlier-model lookup file into the record store. The number of records, or 0 (reported).
 std::int64_t read_quendal_lookup_sys_file(const std::string& file_name);
+
+// Set by all of them. A screen that has words of its own for a file that was not read clears it before it
+// opens one, and says no more where it is set.
+extern bool quendal_file_refused;

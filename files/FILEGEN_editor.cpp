@@ -5,6 +5,7 @@
 #include "app/dialogs.h"
 #include "app/file_dialog.h"
 #include "app/settings.h"
+#include "convert/CONVERT.h"
 #include "files/FILEGEN.h"
 #include "files/FILEGEN_edits.h"
 #include "files/FILEGEN_formats.h"
@@ -387,10 +388,12 @@ void open_file(HWND hDlg, FILE_EDITOR& editor) {
     if (!ask_open_name(dialog) || !empty_store(hDlg))
         return;
     show_hourglass();
+    quendal_file_refused = false;
     const std::int64_t result = read_edit_file(hDlg, dialog.name, editor.file_type);
     const bool loaded = result > 0 || result == -1;
     if (!loaded) {
-        show_message(hDlg, kind_of(editor).invalid_text, "Invalid/Corrupt", MESSAGE_ICON::WARNING);
+        if (!quendal_file_refused)
+            show_message(hDlg, kind_of(editor).invalid_text, "Invalid/Corrupt", MESSAGE_ICON::WARNING);
         if (!empty_store(hDlg))
             return;
     }
@@ -428,17 +431,8 @@ bool save_file(HWND hDlg, FILE_EDITOR& editor) {
 }
 
 bool may_leave_file(HWND hDlg, FILE_EDITOR& editor) {
-    if (!file_changed_flag)
-        return true;
-    switch (show_message(hDlg, "Save File Changes?", PROGRAM_TITLE, MESSAGE_ICON::QUESTION,
-                         MESSAGE_BUTTONS::YES_NO_CANCEL)) {
-    case BUTTON::YES:
-        return save_file(hDlg, editor);
-    case BUTTON::NO:
-        return true;
-    default:
-        return false;
-    }
+    return !file_changed_flag ||
+           saves_or_gives_up(hDlg, "Save File Changes?", [&] { return save_file(hDlg, editor); });
 }
 
 // --- commands ---

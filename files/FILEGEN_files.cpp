@@ -135,8 +135,7 @@ std::int64_t read_recognised(WINDOW owner, const std::string& file_name, int fil
     case EDIT_FILE::LIBRARY:
         file.reset();
         return read_library_member(
-            owner, file_name, [owner](std::FILE* member) { return read_lookup_sys_file(owner, member); },
-            CANNOT_OPEN);
+            owner, file_name, [owner](std::FILE* member) { return read_lookup_sys_file(owner, member); });
     case EDIT_FILE::QUENDAL:
         return read_quendal_lookup_sys_file(file_name);
     default:

@@ -30,6 +30,9 @@ bool fills_file(std::FILE* file, std::uint32_t length);
 // True when a file of this type byte can be a member of a library.
 bool is_library_member_type(unsigned char file_type);
 
+// The bytes that a system file of this length word and type byte claims, checksum included.
+std::int64_t size_by_length(std::uint32_t length, std::uint8_t type);
+
 // --- the members of a library file ---
 
 struct LIBRARY_MEMBER {
@@ -38,8 +41,8 @@ struct LIBRARY_MEMBER {
     std::int64_t start; // bytes
     std::int64_t size;  // bytes, checksum included; bounded by the file's end
 };
-// The members of an open library, in order. False at a type byte that none has, with those before it. Types
-// in lower case count when `folds_type` is set.
+// The members of an open library, in order. False at a type byte that none has, with those before it, and
+// when they do not end. Types in lower case count when `folds_type` is set.
 bool read_library_members(std::FILE* file, bool folds_type, std::vector<LIBRARY_MEMBER>& members);
 
 // --- the librarian's list ---
@@ -54,8 +57,8 @@ struct LIBRARIAN {
 };
 extern LIBRARIAN librarian;
 
-// Add before the end row, insert before the selected row, delete the selected row. All keep the selection as
-// the operator expects and set `changed`; the dialog is drawn anew by show_library_list.
+// Add before the end row and select it, insert before the selected row, delete the selected row. They set
+// `changed` and show the list; the limit and the question before a deletion are the dialog's.
 void library_list_add(WINDOW hDlg, const std::string& name);
 void library_list_insert(WINDOW hDlg, const std::string& name);
 void library_list_delete(WINDOW hDlg);
@@ -63,30 +66,32 @@ void library_list_delete(WINDOW hDlg);
 // The screen's part: shows the list and its selection. Tests have a body that does nothing.
 void show_library_list(WINDOW hDlg);
 
-// Lists the members of a library that are found as files. 1, or 0 when it cannot be opened or holds a foreign
-// member (reported by the caller).
+// Lists the members of a library that are found as files, in the current folder or else in the library's, and
+// shows the list. 1, with the library's path taken over and nothing changed; 0 when it cannot be opened or
+// holds a foreign member (reported by the caller), with the list up to there.
 int open_library_file(WINDOW hDlg, const std::string& filename);
 
 // 1 when every listed file is there and is a system file, else 0 (reported).
 int valid_sys_files(WINDOW hDlg);
 
-// Writes the listed files as one library. 1, or 0 when that failed (reported by the caller).
+// Writes the listed files as one library, each without the NULs that a transfer left behind it. 1, or 0
+// (reported by the caller) when it cannot be written or is one of the listed files itself: an old file is
+// then as it was. 0 also when a listed file cannot be opened: the library then ends before it.
 int save_library_file(WINDOW hDlg, const std::string& filename);
 
 // --- one member as a file of its own ---
 
-// Lets the operator choose from the rows; -1 when he cancels. The File Extraction dialog; tests have a
-// scripted body.
+// Lets the operator choose from the rows; -1 when he cancels. The File Extraction dialog, which adds the end
+// row; tests have a scripted body.
 int choose_library_member(WINDOW owner, const std::vector<std::string>& rows);
 
 // Lets the operator pick a member of the library `name` and leaves it in a temporary file whose path replaces
-// `name`. Returns 1; -1 when the operator cancels; 0 when the library is invalid or cannot be opened
-// (reported).
+// `name`. Returns 1; 0 when the library is invalid or cannot be opened (reported by the caller); -1 when the
+// operator cancels or the temporary file cannot be written (reported).
 int extract_library_file(WINDOW owner, std::string& name);
 
 // Lets the operator pick a member of the library `name` and has it read; what was extracted is deleted
 // whatever comes of it. Returns what `read` returns or, without a member to read, what extract_library_file
-// returned; 0 when the member cannot be opened, which is reported with the text `cannot_open`.
+// returned.
 std::int64_t read_library_member(WINDOW owner, std::string name,
-                                 const std::function<std::int64_t(std::FILE*)>& read,
-                                 const char* cannot_open);
+                                 const std::function<std::int64_t(std::FILE*)>& read);

@@ -3,7 +3,6 @@
 
 #include "app/desktop.h"
 #include "comm/PCOM.h"
-#include "comm/line.h"
 
 #include <algorithm>
 
@@ -84,12 +83,4 @@ void set_monitor_value(MONITOR_ITEM item, std::uint32_t value) {
 
 std::string monitor_item_text(MONITOR_ITEM item) {
     return std::string(SETTINGS[item].label) + " [" + choice_text(SETTINGS[item]) + "]";
-}
-
-LINE* mon_comm_initialize() {
-    LINE_SETTINGS settings =
-        line_settings(monitor_settings.port, monitor_settings.baudrate, monitor_settings.databits,
-                      monitor_settings.stopbits, monitor_settings.parity);
-    settings.input_xon_xoff = monitor_settings.xon_flag == 1;
-    return open_line_or_report(settings);
 }

@@ -159,7 +159,7 @@ int load_program_within_memory(std::FILE* file) {
 }
 
 int load_from_library(WINDOW owner, const std::string& file_name) {
-    return static_cast<int>(read_library_member(owner, file_name, load_program_within_memory, CANNOT_OPEN));
+    return static_cast<int>(read_library_member(owner, file_name, load_program_within_memory));
 }
 
 void append_field(std::string& image, const FIELD_DEFINITION& field) {

@@ -7,6 +7,7 @@
 #include "app/file_dialog.h"
 #include "app/paths.h"
 #include "app/settings.h"
+#include "convert/CONVERT.h"
 #include "program/Prog.h"
 #include "program/Prog_edits.h"
 #include "program/Prog_fields.h"
@@ -15,28 +16,20 @@
 #include "resources/control.h"
 #include "resources/define.h"
 
-#include <commctrl.h>
-
 #include <algorithm>
 #include <cctype>
 #include <iterator>
 
 namespace {
 
-constexpr int PICTURE_WIDTH = 21; // pixels, of the toolbar's buttons
-constexpr int PICTURE_HEIGHT = 18;
 constexpr WPARAM TEXT_LIMIT = 250; // characters that can be typed
 constexpr WPARAM DELAY_LIMIT = 2;
 // Of the field list, in dialog units. In most fonts an input source reaches past the seventh; the eighth
 // keeps the output formats behind such sources below each other.
 constexpr int TAB_STOPS[] = {26, 60, 96, 228, 244, 262, 296, 310};
-constexpr INT_PTR KEY_DONE = -2; // answers to WM_VKEYTOITEM
-constexpr INT_PTR KEY_LEFT_TO_LIST = -1;
 
 constexpr char UNTITLED[] = "Untitled";
 constexpr char PROGRAM_EXTENSION[] = ".pgt";
-
-constexpr int TOOLBAR_COMMANDS[] = {CMD_NEW, CMD_OPEN, CMD_SAVE, CMD_EXIT};
 
 struct HEADER_TEXT {
     int text_control;
@@ -77,43 +70,15 @@ std::string name_in_title(HWND hDlg) {
     return title.substr(begin, title.find(')', begin) - begin);
 }
 
-// A control that has the focus hands it to the list before it is disabled: the keyboard would reach nothing.
-void enable_control(HWND hDlg, int control, bool enabled) {
-    HWND window = GetDlgItem(hDlg, control);
-    if (!enabled && GetFocus() == window)
-        SendMessageA(hDlg, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(hDlg, IDC_FIELD_LIST)), TRUE);
-    EnableWindow(window, enabled);
-}
-
 void enable_append(HWND hDlg) {
-    enable_control(hDlg, IDC_ALLOW_APPEND, (program_header.bit_values & RECEIVED_FILES_ONLY) != 0);
+    enable_control(hDlg, IDC_ALLOW_APPEND, (program_header.bit_values & RECEIVED_FILES_ONLY) != 0,
+                   IDC_FIELD_LIST);
 }
 
 void enable_field_buttons(HWND hDlg) {
     const bool on_field = current_handle() != program_header.fields.end();
-    enable_control(hDlg, IDC_EDIT_FIELD, on_field);
-    enable_control(hDlg, IDC_DELETE_FIELD, on_field);
-}
-
-// A long prompt pushes the columns behind it out of the list, which can then be moved sideways.
-void fit_list_width(HWND hDlg, const std::vector<std::string>& rows) {
-    int stops[std::size(TAB_STOPS)];
-    for (std::size_t i = 0; i < std::size(TAB_STOPS); ++i) {
-        RECT stop{0, 0, TAB_STOPS[i], 0};
-        MapDialogRect(hDlg, &stop);
-        stops[i] = stop.right;
-    }
-    HWND list = GetDlgItem(hDlg, IDC_FIELD_LIST);
-    HDC dc = GetDC(list);
-    HGDIOBJ old_font = SelectObject(dc, reinterpret_cast<HGDIOBJ>(SendMessageA(list, WM_GETFONT, 0, 0)));
-    WPARAM width = 0;
-    for (const std::string& row : rows)
-        width =
-            std::max<WPARAM>(width, LOWORD(GetTabbedTextExtentA(dc, row.data(), static_cast<int>(row.size()),
-                                                                std::size(stops), stops)));
-    SelectObject(dc, old_font);
-    ReleaseDC(list, dc);
-    SendMessageA(list, LB_SETHORIZONTALEXTENT, width, 0);
+    enable_control(hDlg, IDC_EDIT_FIELD, on_field, IDC_FIELD_LIST);
+    enable_control(hDlg, IDC_DELETE_FIELD, on_field, IDC_FIELD_LIST);
 }
 
 // The row that the list shows as selected. Its last row is the end, also while it does not show the fields of
@@ -155,8 +120,7 @@ void start_program(HWND hDlg) {
 }
 
 void initialise(HWND hDlg) {
-    if (create_toolbar(hDlg, ID_PROGRAMMING_TOOLBAR, BITMAP_PROGRAMMING_TOOLBAR, TOOLBAR_COMMANDS,
-                       PICTURE_WIDTH, PICTURE_HEIGHT) == nullptr)
+    if (create_file_toolbar(hDlg) == nullptr)
         return;
     for (const HEADER_TEXT& row : HEADER_TEXTS) {
         install_filter(GetDlgItem(hDlg, row.text_control), PROGEDITPROC);
@@ -173,7 +137,7 @@ void initialise(HWND hDlg) {
 }
 
 void give_procedures_back(HWND hDlg) {
-    if (GetDlgItem(hDlg, ID_PROGRAMMING_TOOLBAR) == nullptr) // initialising went no further
+    if (GetDlgItem(hDlg, ID_FILE_TOOLBAR) == nullptr) // initialising went no further
         return;
     for (const HEADER_TEXT& row : HEADER_TEXTS) {
         remove_filter(GetDlgItem(hDlg, row.text_control));
@@ -233,21 +197,12 @@ bool save_program(HWND hDlg) {
 
 // True when nothing is lost by leaving the program: it has no changes, or they are saved or given up.
 bool may_leave_program(HWND hDlg) {
-    if (!file_changed)
-        return true;
-    switch (show_message(hDlg, "Save File Changes?", PROGRAM_TITLE, MESSAGE_ICON::QUESTION,
-                         MESSAGE_BUTTONS::YES_NO_CANCEL)) {
-    case BUTTON::YES:
-        return save_program(hDlg);
-    case BUTTON::NO:
-        return true;
-    default:
-        return false;
-    }
+    return !file_changed || saves_or_gives_up(hDlg, "Save File Changes?", [=] { return save_program(hDlg); });
 }
 
 void load_program(HWND hDlg, const std::string& path) {
     loading_file = true;
+    quendal_file_refused = false;
     const int result = open_program_file(hDlg, path);
     loading_file = false;
     if (result == 1) {
@@ -256,7 +211,8 @@ void load_program(HWND hDlg, const std::string& path) {
     } else if (result == -1) {
         note_selection(hDlg); // the fields stay loaded and the list as it was
     } else {
-        show_message(hDlg, "Invalid/Corrupt Program File!", "Invalid/Corrupt", MESSAGE_ICON::WARNING);
+        if (!quendal_file_refused)
+            show_message(hDlg, "Invalid/Corrupt Program File!", "Invalid/Corrupt", MESSAGE_ICON::WARNING);
         start_program(hDlg);
     }
 }
@@ -335,20 +291,6 @@ void open_selection(HWND hDlg) {
         insert_before_selection(hDlg);
     else
         edit_field(hDlg);
-}
-
-// Returns what the list is to do with the key.
-INT_PTR take_list_key(HWND hDlg, int key) {
-    switch (key) {
-    case VK_DELETE:
-        delete_selection(hDlg);
-        return KEY_DONE;
-    case VK_INSERT:
-        insert_before_selection(hDlg);
-        return KEY_DONE;
-    default:
-        return KEY_LEFT_TO_LIST;
-    }
 }
 
 // --- commands ---
@@ -431,18 +373,7 @@ void update_field_list(HWND hDlg, bool reset) {
     derive_global_options(reset);
     const std::vector<std::string> rows = field_list_rows();
     field_list_selection = std::clamp(field_list_selection, 0, static_cast<int>(rows.size()) - 1);
-
-    HWND list = GetDlgItem(hDlg, IDC_FIELD_LIST);
-    const LRESULT top = SendMessageA(list, LB_GETTOPINDEX, 0, 0);
-    SendMessageA(list, WM_SETREDRAW, FALSE, 0);
-    SendMessageA(list, LB_RESETCONTENT, 0, 0);
-    for (const std::string& row : rows)
-        SendMessageA(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(row.c_str()));
-    fit_list_width(hDlg, rows);
-    SendMessageA(list, LB_SETTOPINDEX, static_cast<WPARAM>(top), 0);
-    SendMessageA(list, LB_SETCURSEL, static_cast<WPARAM>(field_list_selection), 0);
-    SendMessageA(list, WM_SETREDRAW, TRUE, 0);
-    InvalidateRect(list, nullptr, TRUE);
+    show_rows(hDlg, IDC_FIELD_LIST, rows, static_cast<std::size_t>(field_list_selection), TAB_STOPS);
     enable_field_buttons(hDlg);
 }
 
@@ -455,12 +386,9 @@ INT_PTR CALLBACK PROGRAMMINGPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM 
         give_procedures_back(hDlg);
         return TRUE;
     case WM_NOTIFY:
-        if (reinterpret_cast<const NMHDR*>(lParam)->code != TTN_GETDISPINFOA)
-            return FALSE;
-        give_tooltip_text(lParam);
-        return TRUE;
+        return give_tooltip_text(lParam) ? TRUE : FALSE;
     case WM_VKEYTOITEM:
-        return take_list_key(hDlg, LOWORD(wParam));
+        return take_list_key(hDlg, LOWORD(wParam), IDC_INSERT_FIELD, IDC_DELETE_FIELD);
     case WM_COMMAND:
         do_programming_command(hDlg, LOWORD(wParam), HIWORD(wParam));
         return TRUE;

@@ -5,14 +5,13 @@
 #define MENU_MAIN 1
 #define MENU_SENDRECEIVE 2
 #define MENU_MONITOR 3
-#define MENU_PROGRAMMING 4
+#define MENU_FILE 4 // of the programming window and the librarian
 #define MENU_EDIT 5 // the context menu of escaped-text edits
 #define MENU_FILE_EDITOR 6
-#define MENU_LIBRARIAN 7
 #define BITMAP_MAIN_TOOLBAR 31
-#define BITMAP_PROGRAMMING_TOOLBAR 32
+#define BITMAP_FILE_TOOLBAR 32
 #define ID_MAIN_TOOLBAR 17
-#define ID_PROGRAMMING_TOOLBAR 18
+#define ID_FILE_TOOLBAR 18
 
 // Commands of the main window
 #define CMD_PROGRAMMING 101
@@ -52,7 +51,8 @@
 #define CMD_HELP_TOPICS 155
 #define CMD_ABOUT 156
 
-// Commands of the programming window, whose Exit is CMD_EXIT, and of the file editor, whose Close is IDCANCEL
+// Commands of the programming window and the librarian, whose Exit is CMD_EXIT, and of the file editor, whose
+// Close is IDCANCEL
 #define CMD_SAVE 152
 #define CMD_OPEN 153
 #define CMD_NEW 154

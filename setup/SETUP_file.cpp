@@ -119,8 +119,14 @@ unsigned char load_setup(std::FILE* file, const FILE_START& start) {
 }
 
 unsigned char load_from_library(const std::string& filename) {
-    const auto load_member = [](std::FILE* file) { return load_setup(file, read_file_start(file)); };
-    return static_cast<unsigned char>(read_library_member(nullptr, filename, load_member, CANNOT_OPEN));
+    bool is_member_read = false;
+    const auto result = read_library_member(nullptr, filename, [&](std::FILE* member) {
+        is_member_read = true;
+        return load_setup(member, read_file_start(member));
+    });
+    if (result == 0 && !is_member_read)
+        show_warning("Invalid/Corrupt Library File!", "Invalid/Corrupt");
+    return static_cast<unsigned char>(result);
 }
 
 } // namespace

@@ -33,11 +33,10 @@ struct OUTCOME {
 };
 inline const OUTCOME OPENED = {1, ""};
 
-// The refusals that stand in for what later versions do with these files.
-inline const OUTCOME LIBRARY = {0, "This version cannot take a file out of a library yet.\n"
-                                   "If the file is no library, it is damaged."};
-inline const OUTCOME QUENDAL = {0, "This version cannot read files of the Quendal terminal yet.\n"
-                                   "If the file is a Tolvan file, it is damaged."};
+// What is no file of the system's own, though it may be one of the earlier model.
+inline const OUTCOME QUENDAL = {0, "This is no Tolvan file, or a damaged one.\n"
+                                   "A file of the Quendal terminal cannot be converted by this version:\n"
+                                   "key its contents in anew, or ask for a Tolvan file."};
 
 // A kind of file that starts with its length word and a type byte and ends with its checksum.
 struct FILE_KIND {

@@ -288,7 +288,7 @@ def leave_file(c):
 TOOLBARS = (
     ("toolbar.bmp", 29, 30, (programming, lookup_editor, data_editor, librarian, send, receive, auto_receive,
                              upgrade_flash, comm_monitor, leave)),
-    ("programming_toolbar.bmp", 21, 18, (new_file, open_file, save_file, leave_file)),
+    ("file_toolbar.bmp", 21, 18, (new_file, open_file, save_file, leave_file)),
 )
 
 

@@ -1,6 +1,7 @@
 #include "tests/screens/drive_dialog.h"
 
 #include "app/dialogs.h"
+#include "resources/define.h"
 
 #include <commctrl.h>
 #include <gtest/gtest.h>
@@ -220,6 +221,21 @@ void answer_file_dialog(const std::string& title, const std::string& path) {
         set_control_text(dialog, FILE_NAME_EDIT, path);
     PostMessageA(dialog, WM_COMMAND, path.empty() ? IDCANCEL : IDOK, 0);
     settle();
+}
+
+void take_steps(HWND window, const std::vector<STEP>& steps,
+                const std::function<std::string(HWND)>& state_of) {
+    for (const auto& [command_or_key, state, caption, text, button] : steps) {
+        SCOPED_TRACE(std::to_string(command_or_key) + ' ' + text);
+        if (command_or_key >= CMD_PROGRAMMING)
+            choose_command(window, command_or_key);
+        else if (command_or_key != 0)
+            press_key(command_or_key);
+        if (caption != nullptr && button == 0)
+            answer_file_dialog(caption, text);
+        EXPECT_EQ(button == 0 ? text : answer_box(caption, button), text);
+        EXPECT_EQ(state.empty() ? "" : state_of(window), state);
+    }
 }
 
 std::vector<int> unreached_by_tab(HWND dialog) {

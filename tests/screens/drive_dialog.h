@@ -35,6 +35,17 @@ std::string answer_box(const std::string& caption, int button);
 // Gives a path to a system file dialog and confirms it; an empty path cancels.
 void answer_file_dialog(const std::string& title, const std::string& path);
 
+// A command or a key, and what comes of it: the window's state behind it, and a box or file dialog before.
+struct STEP {
+    int command_or_key = 0; // 0 when the step before led to more
+    std::string state = "";
+    const char* caption = nullptr;
+    std::string text = ""; // shown by the box, or given to the file dialog
+    int button = 0;
+};
+void take_steps(HWND window, const std::vector<STEP>& steps,
+                const std::function<std::string(HWND)>& state_of);
+
 // The controls that going round once by the tab key does not reach, though it should.
 std::vector<int> unreached_by_tab(HWND dialog);
 

@@ -14,15 +14,6 @@
 
 namespace {
 
-// A command or a key, and what comes of it: the window's state behind it, and a box or file dialog before.
-struct STEP {
-    int command_or_key = 0; // 0 when the step before led to more
-    std::string state = "";
-    const char* caption = nullptr;
-    std::string text = ""; // shown by the box, or given to the file dialog
-    int button = 0;
-};
-
 // The title, the rows with the one selected, what is enabled, * for changes, and the header's bits.
 std::string state_of(HWND window) {
     settle();
@@ -36,17 +27,7 @@ std::string state_of(HWND window) {
 }
 
 void take(HWND window, const std::vector<STEP>& steps) {
-    for (const auto& [command_or_key, state, caption, text, button] : steps) {
-        SCOPED_TRACE(std::to_string(command_or_key) + ' ' + text);
-        if (command_or_key >= CMD_PROGRAMMING)
-            choose_command(window, command_or_key);
-        else if (command_or_key != 0)
-            press_key(command_or_key);
-        if (caption != nullptr && button == 0)
-            answer_file_dialog(caption, text);
-        EXPECT_EQ(button == 0 ? text : answer_box(caption, button), text);
-        EXPECT_EQ(state.empty() ? "" : state_of(window), state);
-    }
+    take_steps(window, steps, state_of);
 }
 
 std::string path_of(const std::string& name) {
@@ -83,8 +64,7 @@ TEST(ProgrammingWindow, ShowsAFullProgram) {
         std::string commands; // of the menu, in the toolbar's order
         for (WPARAM i = 0; i < 4; ++i) {
             TBBUTTON button{};
-            SendDlgItemMessageA(window, ID_PROGRAMMING_TOOLBAR, TB_GETBUTTON, i,
-                                reinterpret_cast<LPARAM>(&button));
+            SendDlgItemMessageA(window, ID_FILE_TOOLBAR, TB_GETBUTTON, i, reinterpret_cast<LPARAM>(&button));
             char text[16] = "";
             GetMenuStringA(GetMenu(window), static_cast<UINT>(button.idCommand), text, sizeof text,
                            MF_BYCOMMAND);
