@@ -51,17 +51,16 @@ void capture_keys(HWND monitor) {
         choose_command(monitor, command);
         EXPECT_EQ(answer_box("Tolvan Programmer", button), said);
     };
-    const auto is_greyed = [&](int command) {
-        return (GetMenuState(GetMenu(monitor), static_cast<UINT>(command), 0) & MF_GRAYED) != 0;
-    };
+    const auto flags = [&](int id) { return GetMenuState(GetMenu(monitor), static_cast<UINT>(id), 0); };
     expect_command(CMD_SAVE, IDOK, "X No Captured Data to Save.");
     expect_command(CMD_MON_PRINT, IDOK, "X No Captured Data to Print.");
     monitor_settings.port = 99;
     expect_command(CMD_MON_CAPTURE, IDOK, "X Error Opening Com Port."); // the keyboard is left
     EXPECT_EQ(window_text(monitor), "Tolvan Monitor--Capture Mode[ON]");
     for (int item = 0; item < MONITOR_ITEM_COUNT; ++item)
-        EXPECT_EQ(is_greyed(CMD_MON_SETTING + item), item < MONITOR_SERIAL_ITEM_COUNT);
-    EXPECT_TRUE(is_greyed(CMD_OPEN) && is_greyed(CMD_SAVE) && is_greyed(CMD_MON_PRINT));
+        EXPECT_EQ((flags(CMD_MON_SETTING + item) & MF_GRAYED) != 0, item < MONITOR_SERIAL_ITEM_COUNT);
+    EXPECT_TRUE(flags(CMD_OPEN) & flags(CMD_SAVE) & flags(CMD_MON_PRINT) & MF_GRAYED);
+    EXPECT_TRUE(flags(CMD_MON_CAPTURE) & MF_CHECKED);
     post(monitor, WM_SYSKEYDOWN, {VK_MENU, VK_F4}); // neither the menu nor the end
     post(monitor, WM_SYSKEYUP, {VK_F4, VK_MENU, VK_F10});
     post(monitor, WM_KEYDOWN, {VK_CONTROL});
