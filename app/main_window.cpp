@@ -6,6 +6,7 @@
 #include "app/desktop.h"
 #include "app/dialogs.h"
 #include "app/file_dialog.h"
+#include "app/help.h"
 #include "app/paths.h"
 #include "app/settings.h"
 #include "comm/PCOM.h"
@@ -33,8 +34,7 @@ constexpr int FIRST_HEIGHT = 80;
 constexpr int PICTURE_WIDTH = 29; // pixels, of the toolbar's buttons
 constexpr int PICTURE_HEIGHT = 30;
 
-constexpr char DEFAULT_SETUP_NAME[] = "Default";   // stands in the title until a setup has a file
-constexpr char HELP_FILE[] = "help\\helpfile.hlp"; // in the program's folder
+constexpr char DEFAULT_SETUP_NAME[] = "Default"; // stands in the title until a setup has a file
 
 constexpr UINT_PTR CLOSING_TIMER = 1;
 constexpr UINT CLOSING_INTERVAL = 50; // milliseconds
@@ -115,18 +115,6 @@ void reset_setup(HWND hwnd) {
     reset_setups();
     set_title(DEFAULT_SETUP_NAME);
     show_message(hwnd, "Setup Reset to Defaults.", CAPTION, MESSAGE_ICON::INFORMATION);
-}
-
-// File dialogs move the current folder, so the help file is looked for where the program stands. The system's
-// help viewer waits in a box of its own for a file that is missing, so the operator is told here.
-void show_help(HWND hwnd) {
-    std::string path(MAX_PATH, '\0');
-    path.resize(GetModuleFileNameA(nullptr, path.data(), MAX_PATH));
-    path = path_folder(path) + HELP_FILE;
-    if (GetFileAttributesA(path.c_str()) == INVALID_FILE_ATTRIBUTES)
-        show_message(hwnd, "The help file was not found:\n" + path, PROGRAM_TITLE, MESSAGE_ICON::INFORMATION);
-    else
-        WinHelpA(hwnd, path.c_str(), HELP_FINDER, 0);
 }
 
 void run_upgrade(HWND hwnd) {

@@ -8,6 +8,20 @@ if(TOLVAN_BENCH)
     return()
 endif()
 
+# The readers of files, settings and the line: as libFuzzer programs, or below over what those have left.
+add_library(tolvan_fuzz_targets OBJECT fuzz/fuzz_seams.cpp fuzz/targets.cpp)
+target_link_libraries(tolvan_fuzz_targets PUBLIC tolvan_logic)
+if(TOLVAN_FUZZ)
+    foreach(target program setup lookup_file data_file dbase comma_text library upgrade capture compressed_text
+                   lookup_string settings xmodem_receive xmodem_auto_receive xmodem_send modem)
+        add_executable(fuzz_${target} fuzz/fuzz_main.cpp)
+        target_link_libraries(fuzz_${target} PRIVATE tolvan_fuzz_targets)
+        target_compile_definitions(fuzz_${target} PRIVATE TOLVAN_FUZZ_TARGET="${target}")
+        target_link_options(fuzz_${target} PRIVATE -fsanitize=fuzzer)
+    endforeach()
+    return()
+endif()
+
 find_package(GTest REQUIRED)
 
 add_library(tolvan_test_seams OBJECT tests/desktop_script.cpp tests/filegen_script.cpp tests/library_script.cpp
@@ -43,6 +57,16 @@ add_executable(logic_tests
 target_link_libraries(logic_tests PRIVATE tolvan_test_seams GTest::gtest_main)
 target_compile_definitions(logic_tests PRIVATE TOLVAN_SAMPLES="${CMAKE_SOURCE_DIR}/samples"
                                                TOLVAN_TEST_DATA="${CMAKE_SOURCE_DIR}/tests/data")
+
+add_executable(fuzz_replay fuzz/replay.cpp)
+target_link_libraries(fuzz_replay PRIVATE tolvan_fuzz_targets GTest::gtest_main)
+target_compile_definitions(fuzz_replay PRIVATE TOLVAN_CORPUS="${CMAKE_SOURCE_DIR}/fuzz/corpus/")
+
+# Saves on a disk that fails, and everything with too little memory.
+add_executable(fault_tests fuzz/faults_test.cpp)
+target_link_libraries(fault_tests PRIVATE tolvan_fuzz_targets GTest::gtest_main)
+target_link_options(fault_tests PRIVATE
+    -Wl,--wrap=fopen64,--wrap=fwrite,--wrap=fseeko64,--wrap=fclose,--wrap=rename)
 
 # Makes the files in samples/ with the program's own code.
 add_executable(make_samples tools/make_samples.cpp)

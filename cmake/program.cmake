@@ -3,6 +3,9 @@ enable_language(RC)
 
 # One file that needs nothing but Windows.
 target_link_options(tolvan_options INTERFACE -static)
+# The same sources give the same bytes, whatever the folder and the time.
+target_compile_options(tolvan_options INTERFACE $<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=>)
+target_link_options(tolvan_options INTERFACE -Wl,--no-insert-timestamp)
 target_compile_definitions(tolvan_options INTERFACE WINVER=0x0601 _WIN32_WINNT=0x0601 NOMINMAX)
 
 # An object library, as the logic calls back into it: every seam is linked, whoever asks for it.
@@ -11,6 +14,7 @@ add_library(tolvan_screens OBJECT
     app/desktop_win32.cpp
     app/dialogs.cpp
     app/file_dialog.cpp
+    app/help.cpp
     app/ini_file.cpp
     app/main_window.cpp
     app/progress.cpp
@@ -41,15 +45,19 @@ target_link_libraries(tolvan_screens PUBLIC tolvan_logic comctl32 comdlg32 gdi32
 # The one resource script includes all that lies beside it.
 set(TOLVAN_RESOURCES resources/TolvanP.rc)
 file(GLOB TOLVAN_RESOURCE_PARTS CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/resources/*)
+configure_file(resources/TolvanP.manifest.in generated/TolvanP.manifest @ONLY)
 set_source_files_properties(${TOLVAN_RESOURCES} PROPERTIES
     COMPILE_OPTIONS "-c;65001"
-    OBJECT_DEPENDS "${TOLVAN_RESOURCE_PARTS}")
+    OBJECT_DEPENDS "${TOLVAN_RESOURCE_PARTS};${CMAKE_BINARY_DIR}/generated/app/version.h")
 
 add_executable(TolvanP WIN32 app/main.cpp ${TOLVAN_RESOURCES})
 target_include_directories(TolvanP PRIVATE ${CMAKE_SOURCE_DIR})
 target_link_libraries(TolvanP PRIVATE tolvan_screens)
 # The window procedure is exported under its plain name, on 32-bit Windows too.
 target_link_options(TolvanP PRIVATE -s -Wl,--kill-at)
+
+include(cmake/manual.cmake)
+add_dependencies(TolvanP manual)
 
 # GoogleTest for Windows is built from the sources that Debian packages.
 set(GOOGLETEST_SOURCE /usr/src/googletest CACHE PATH "GoogleTest's sources")

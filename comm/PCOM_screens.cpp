@@ -170,7 +170,6 @@ void browse_send(HWND screen) {
 
 // A damaged file must never reach the portable, which would be left without a program.
 bool is_verified(WINDOW screen, const std::string& path) {
-    show_counter(screen, COUNTER::STATUS, "Verifying...");
     if (isflash_file(path))
         return true;
     show_comm_error("Invalid Upgrade File");
@@ -180,7 +179,10 @@ bool is_verified(WINDOW screen, const std::string& path) {
 
 void browse_upgrade(HWND screen) {
     FILE_DIALOG dialog = send_dialog(screen, UPGRADE_FILTERS, upgrade_directory);
-    if (!ask_open_name(dialog) || !is_verified(screen, dialog.name))
+    if (!ask_open_name(dialog))
+        return;
+    show_counter(screen, COUNTER::STATUS, "Verifying...");
+    if (!is_verified(screen, dialog.name))
         return;
     take_file(screen, dialog.name, path_file_title(dialog.name));
     show_counter(screen, COUNTER::STATUS, "File OK");

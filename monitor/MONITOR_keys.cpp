@@ -61,6 +61,11 @@ constexpr HOLD_CODE HOLD_CODES[] = {
     {SPECIAL_KEYS_8C_9B, 0x90, nullptr, false},         {SPECIAL_KEYS_8C_9B, 0x91, nullptr, false},
 };
 
+// Printable characters are never codes of keys; most bytes are of them.
+bool is_printable(std::uint8_t byte) {
+    return byte >= FIRST_PRINTABLE && byte < DELETE_BYTE;
+}
+
 bool is_way(std::uint32_t setting, std::uint32_t way) {
     return setting == way || setting == SPECIAL_KEYS_BOTH;
 }
@@ -83,13 +88,13 @@ std::string hexadecimal_token(unsigned code, bool leading_zero) {
 }
 
 std::string byte_text(std::uint8_t byte) {
+    if (is_printable(byte))
+        return {static_cast<char>(byte)};
     for (const auto& [setting, way, first, texts] : RECEIVED_KEYS)
         if (byte >= first && byte < first + texts.size() && is_way(*setting, way))
             return texts[byte - first];
     if (byte < FIRST_PRINTABLE)
         return CONTROL_NAMES[byte];
-    if (byte < DELETE_BYTE)
-        return {static_cast<char>(byte)};
     if (byte == DELETE_BYTE)
         return {};
     return hexadecimal_token(byte, byte == LAST_BYTE); // the one byte that takes a leading zero
@@ -235,7 +240,7 @@ const HOLD_KEY* find_hold_key(unsigned key) {
 } // namespace
 
 void write_serkey(std::uint8_t byte) {
-    if (!take_hold_code(byte))
+    if (is_printable(byte) || !take_hold_code(byte))
         write_wrapped(byte_text(byte), captured_text.received_keys.ctrl, captured_text.received_keys.alt);
 }
 

@@ -1,1 +1,90 @@
-#include <gtest/gtest.h>
+#include "tests/comm_test.h"
+
+#include "app/checksum.h"
+
+#include <cstring>
+#include <numeric>
+
+namespace {
+
+using CommFlash = CommTest;
+
+constexpr char FILE_NAME[] = "IMAGE.UPG";
+
+// An upgrade file with its right CRC, as far as there is room for one.
+std::string upgrade_of(std::size_t size) {
+    if (size < 6)
+        return std::string(size, '\0');
+    const std::string bytes = numbered_bytes(size);
+    std::uint16_t crc = 0;
+    for (std::size_t at = 4; at < size - 2; ++at)
+        crc_16(static_cast<std::uint8_t>(bytes[at]), &crc);
+    return bytes.substr(0, size - 2) + static_cast<char>(crc / 256) + static_cast<char>(crc % 256);
+}
+
+bool is_taken(const std::string& bytes) {
+    put_file(FILE_NAME, bytes);
+    return isflash_file(FILE_NAME);
+}
+
+TEST_F(CommFlash, VerdictOnEveryLength) {
+    std::vector<std::size_t> sizes(4111);
+    std::iota(sizes.begin(), sizes.end(), 0);
+    sizes.insert(sizes.end(), {65540, 65541, 65542, 131075, 131076, 131078});
+    for (const std::size_t size : sizes) {
+        SCOPED_TRACE(size);
+        std::string bytes = upgrade_of(size);
+        const bool fits = size >= 6 && (size - 4) % 4096 > 1;
+        ASSERT_EQ(is_taken(bytes), fits);
+        if (!fits)
+            continue;
+        ASSERT_EQ(is_taken(bytes.substr(0, size - 1)), size > 6 && bytes.back() == 0) << "a NUL less";
+        bytes[size - 1 - size * 7 % (size - 4)] ^= 0x40;
+        ASSERT_FALSE(is_taken(bytes));
+    }
+    EXPECT_FALSE(isflash_file(".")) << "cannot be read";
+}
+
+const struct { // of a file of five blocks, the last of them short
+    std::string request, answers;
+    const char* status;
+    std::vector<unsigned> blocks; // as they are sent
+    std::string last_byte;
+} SEND_CASES[] = {
+    {"C", "AAAAA", "Completed", {1, 2, 3, 4, 5}, EOT},
+    {NAK, "AAAAA", "Completed", {1, 2, 3, 4, 5}, EOT},
+    {"c", "NA-AAAN", "Completed", {1, 1, 2, 2, 3, 4, 5}, EOT},
+    {NAK, "AAX", "User Abort", {1, 2, 3}, CAN},
+    {"C", "ANNN", "Retries Exceeded", {1, 2, 2, 2}, CAN},
+};
+
+TEST_F(CommFlash, SendsFramesOf1024Bytes) {
+    const std::map<char, std::string> answer_bytes = {{'A', ACK}, {'N', NAK}, {'X', CAN}, {'-', ""}};
+    for (const auto& c : SEND_CASES) {
+        SCOPED_TRACE(c.answers);
+        start_over();
+        comm_settings = {3, 300, 7, 2, EVEN_PARITY, PROTOCOL_NONE, FLOW_RTS_CTS, 2, 1, 1, 1, ""};
+        force_flash_settings();
+        const COMM_SETTINGS forced{3, 38400, 8, 1, NO_PARITY, PROTOCOL_XMODEM, FLOW_NONE, 2, 0, 1, 1, ""};
+        EXPECT_EQ(std::memcmp(&comm_settings, &forced, offsetof(COMM_SETTINGS, modem_init)), 0);
+        put_file(FILE_NAME, upgrade_of(5000));
+        line_brings(c.request);
+        line_script.heard = [&, size = std::size_t{c.request == NAK ? 1028U : 1029U}](std::uint8_t) {
+            const std::size_t sent = line_record.sent.size();
+            if (sent % size == 0 && sent / size <= c.answers.size())
+                line_brings(answer_bytes.at(c.answers[sent / size - 1]));
+        };
+        upgrade_flash(nullptr, FILE_NAME);
+        std::string expected;
+        for (const unsigned block : c.blocks)
+            expected +=
+                frame_of(block, upgrade_of(5000).substr(block * 1024 - 1024, 1024), c.request != NAK, 1024);
+        EXPECT_EQ(line_record.sent, expected + c.last_byte);
+        EXPECT_EQ(line_record.counters[COUNTER::BYTES_DONE], std::to_string(c.blocks.back() * 1024));
+        EXPECT_TRUE(event_texts().starts_with("open|STATUS Waiting|button Cancel|STATUS Sending|> "));
+        EXPECT_TRUE(event_texts().ends_with(std::string("|STATUS ") + c.status + "|button Send|close"));
+        EXPECT_EQ(desktop_beeps, 1);
+    }
+}
+
+} // namespace

@@ -59,8 +59,8 @@ int open_file_count() {
     return static_cast<int>(std::distance(begin(files), end(files)));
 }
 
-std::string frame_of(unsigned block, std::string data, bool crc_mode) {
-    data.resize(128, '\0');
+std::string frame_of(unsigned block, std::string data, bool crc_mode, std::size_t block_size) {
+    data.resize(block_size, '\0');
     std::string frame = {1, static_cast<char>(block), static_cast<char>(255 - block % 256)};
     frame += data;
     if (!crc_mode)

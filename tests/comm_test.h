@@ -32,7 +32,8 @@ void put_file(const std::string& name, const std::string& bytes);
 std::string get_file(const std::string& name);
 int open_file_count();
 
-std::string frame_of(unsigned block, std::string data, bool crc_mode);
+std::string frame_of(unsigned block, std::string data, bool crc_mode,
+                     std::size_t block_size = XMODEM_BLOCK_SIZE);
 std::vector<std::string> frames_of(const std::string& data, bool crc_mode);
 
 // The other side answers each byte it hears with the next of these; "" is silence, as is all after the last.

@@ -30,6 +30,7 @@ std::uint32_t desktop_clock = 0;
 std::uint32_t desktop_clock_step = 1;
 LOCAL_TIME desktop_time = {2026, 11, 21, 9, 5};
 int desktop_beeps = 0;
+std::optional<std::string> desktop_temporary_file;
 std::vector<std::string> desktop_status_log;
 
 void expect_message(const std::string& text, const std::string& caption, MESSAGE_ICON icon,
@@ -47,6 +48,7 @@ std::vector<SHOWN_MESSAGE> reset_desktop() {
     desktop_clock_step = 1;
     desktop_time = {2026, 11, 21, 9, 5};
     desktop_beeps = 0;
+    desktop_temporary_file.reset();
     desktop_status_log.clear();
     status_box_open = false;
     return left;
@@ -120,7 +122,9 @@ LOCAL_TIME local_time() {
 }
 
 std::string temporary_file_name() {
-    stop_test("a temporary file that no test prepared for");
+    if (!desktop_temporary_file)
+        stop_test("a temporary file that no test prepared for");
+    return *desktop_temporary_file;
 }
 
 bool replace_file(const std::string& from, const std::string& to) {

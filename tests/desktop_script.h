@@ -5,6 +5,7 @@
 #include "app/desktop.h"
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,4 +30,5 @@ extern std::uint32_t desktop_clock;                         // milliseconds
 extern std::uint32_t desktop_clock_step;                    // how far a reading moves it
 extern LOCAL_TIME desktop_time;
 extern int desktop_beeps;
-extern std::vector<std::string> desktop_status_log; // "open 4", "update 128/500", "close"
+extern std::optional<std::string> desktop_temporary_file; // the next one; empty: none can be made
+extern std::vector<std::string> desktop_status_log;       // "open 4", "update 128/500", "close"

@@ -25,7 +25,7 @@ bool library_questions_asked() {
 }
 
 int choose_library_member(WINDOW, const std::vector<std::string>& rows) {
-    if (choices.empty() || choices.front().rows != rows) {
+    if (choices.empty() || (!choices.front().rows.empty() && choices.front().rows != rows)) {
         for (const std::string& row : rows)
             std::fprintf(stderr, "library member offered: %s\n", row.c_str());
         std::abort();

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-// The rows offered must be `rows`; `answer` is the row chosen, -1 for Cancel.
+// The rows offered must be `rows`, any where there are none; `answer` is the row chosen, -1 for Cancel.
 void expect_library_member(const std::vector<std::string>& rows, int answer);
 
 // True when all announced questions were asked.

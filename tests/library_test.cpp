@@ -1,1 +1,155 @@
-#include <gtest/gtest.h>
+#include "library/LIB.h"
+
+#include "files/FILEGEN.h"
+#include "files/MEMORY.h"
+#include "program/Prog_file.h"
+#include "setup/SETUP.h"
+#include "tests/test_files.h"
+
+#include <array>
+#include <new>
+#include <tuple>
+
+namespace {
+
+using namespace std::string_literals;
+using LIST = std::vector<std::string>;
+
+class LibraryTest : public FILE_TEST {
+protected:
+    LibraryTest() {
+        librarian = {};
+        desktop_temporary_file = path("TEMPORARY");
+    }
+    const std::string program = read_bytes(TOLVAN_SAMPLES "/STOCK.PGT");
+    const std::string setup = read_bytes(TOLVAN_SAMPLES "/STOCK.CFT");
+    const std::string lookup =
+        stamped("\0\0\0\0RITEMS\0\0\0\0\0\0\0\0\0\x01\0\0\xFF\x41\x01\x41"s, LOOKUP_CHECKSUM);
+    const std::string library = program + lookup + setup;
+
+    std::string written(const std::string& name, const std::string& bytes) const {
+        write_bytes(path(name), bytes);
+        return path(name);
+    }
+    // All members one behind the other are what the file starts with.
+    void expect_taken_apart(const std::string& bytes) const {
+        std::vector<LIBRARY_MEMBER> members;
+        std::string name = written("WHOLE", bytes), parts;
+        if (!read_library_members(open_file(name, "rb").get(), true, members))
+            return;
+        for (int row = 0; row < static_cast<int>(members.size()); ++row) {
+            expect_library_member({}, row);
+            ASSERT_EQ(extract_library_file(nullptr, name = path("WHOLE")), 1);
+            parts += read_bytes(name);
+        }
+        ASSERT_EQ(parts, bytes.substr(0, parts.size()));
+    }
+};
+
+} // namespace
+
+TEST_F(LibraryTest, TheOpenersReadTheirMemberAndLeaveNoFile) {
+    // What the three members and Cancel come to, and what is said where no screen has words of its own.
+    const std::tuple<std::function<int(const std::string&)>, std::array<int, 4>, std::string, std::string>
+        openers[] = {
+            {[](const auto& name) { return open_program_file(nullptr, name); }, {1, 0, 0, -1}, "", ""},
+            {[](const auto& name) { return int(read_edit_file(nullptr, name, 1)); }, {0, 1, 0, -1}, "", ""},
+            {open_setup_file, {0, 0, 1, 0xFF}, "Not a Valid Setup File!", "Invalid/Corrupt Library File!"}};
+    const LIST rows = {"Program (STOCK)", "Lookup (ITEMS)", "Setup"};
+    initialize_memory();
+    for (const auto& [open, results, no_member, no_library] : openers) {
+        for (std::size_t row = 0; row < results.size(); ++row) {
+            expect_library_member(rows, row < rows.size() ? static_cast<int>(row) : -1);
+            if (results[row] == 0 && !no_member.empty())
+                expect_warning(no_member, "Open File");
+            EXPECT_EQ(open(written("FILE", library + std::string(row * 3, '\0'))), results[row]);
+            EXPECT_FALSE(open_file(path("TEMPORARY"), "rb"));
+        }
+        if (!no_library.empty())
+            expect_warning(no_library, "Invalid/Corrupt");
+        EXPECT_EQ(open(written("BAD", lookup + "\0\0\0\x20X"s)), 0);
+    }
+    expect_library_member(rows, 1);
+    const auto reader = [](std::FILE*) -> std::int64_t { throw std::bad_alloc(); };
+    EXPECT_THROW(read_library_member(nullptr, path("FILE"), reader), std::bad_alloc);
+    EXPECT_FALSE(open_file(path("TEMPORARY"), "rb"));
+    desktop_temporary_file = "";
+    expect_library_member(rows, 0);
+    expect_warning("Cannot take the file out of the library.\nThe temporary folder may be full.",
+                   "Open File");
+    EXPECT_EQ(open_program_file(nullptr, path("FILE")), -1);
+}
+
+TEST_F(LibraryTest, EveryWalkEndsInTheFile) {
+    const std::string small = lookup + "\0\0\0\x12I"s + std::string(15, 'x') + setup;
+    for (std::size_t at = 0; at <= small.size(); ++at)
+        expect_taken_apart(small.substr(0, at));
+    for (const std::size_t member : {std::size_t{0}, lookup.size(), lookup.size() + 20})
+        for (std::uint32_t length = 0; length < 40; ++length)
+            for (const std::uint32_t lie : {length, 0x7FFFFFFFU + length, 0U - length}) {
+                std::string lying = small;
+                put_long(lying, member, lie);
+                expect_taken_apart(lying);
+            }
+    std::string many;
+    while (many.size() < 5000000)
+        many += "\0\0\0\3S"s;
+    std::vector<LIBRARY_MEMBER> members;
+    EXPECT_FALSE(read_library_members(open_file(written("MANY", many), "rb").get(), true, members));
+    EXPECT_TRUE(
+        read_library_members(open_file(written("MANY", many.substr(0, 1005)), "rb").get(), true, members));
+    EXPECT_EQ(members.size(), 201U);
+}
+
+TEST_F(LibraryTest, NamesAreShownButNeverLeadOutOfTheFolder) {
+    std::string bytes;
+    LIST shown, found;
+    std::filesystem::create_directories(path("SUB"));
+    for (const std::string name : {"NINECHARS", "CONS", "A.B", "con", "NUL .X", "COM1", "LPT\xB2", "../OUT",
+                                   "..\\OUT", "C:X", "A\x7F\n"}) {
+        bytes +=
+            "\0\0\0\x14I\0\0\0\0\0\0"s + name + std::string(11 - name.size(), name.size() == 9 ? 'X' : '\0');
+        shown.push_back("Program (" + (name[0] == 'A' && name[1] != '.' ? "A??" : name) + ")");
+        const std::string file = written("SUB/" + name + ".PGT", "");
+        if (found.size() < 3)
+            found.push_back(file);
+    }
+    shown.insert(shown.end(), {"Setup", "Lookup (ITEMS)"});
+    std::string name = written("SUB/L.B.LBT", bytes + setup + lookup);
+    expect_library_member(shown, -1);
+    EXPECT_EQ(extract_library_file(nullptr, name), -1);
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(path("."));
+    for (const char* file : {"L.B.CFT", "ITEMS.LKT", "SUB/ITEMS.LKT"})
+        write_bytes(file, "");
+    found.insert(found.end(), {"L.B.CFT", "ITEMS.LKT"}); // the current folder comes first
+    EXPECT_EQ(open_library_file(nullptr, name), 1);
+    EXPECT_EQ(librarian.files, found);
+    EXPECT_EQ(open_library_file(nullptr, written("BAD", lookup + "\0\0\0\x20s"s)), 0);
+    EXPECT_EQ(librarian.files, LIST{"ITEMS.LKT"});
+    EXPECT_EQ(librarian.file_name, name);
+    std::filesystem::current_path(before);
+}
+
+TEST_F(LibraryTest, SavesTheListedFilesOneBehindTheOther) {
+    const std::string saved = path("NEW.LBT");
+    library_list_add(nullptr, written("S", setup));
+    library_list_insert(nullptr, written("P", program + std::string(100, '\0')));
+    librarian.selected_row = 1;
+    library_list_insert(nullptr, written("L", lookup + '\0'));
+    EXPECT_EQ(librarian.files, (LIST{path("P"), path("L"), path("S")}));
+    EXPECT_EQ(valid_sys_files(nullptr), 1);
+    EXPECT_EQ(save_library_file(nullptr, saved), 1);
+    EXPECT_EQ(read_bytes(saved), library);
+    for (const std::string& refused : {path("l"), path("NO FOLDER/NEW.LBT")})
+        EXPECT_EQ(save_library_file(nullptr, refused), 0);
+    EXPECT_EQ(files_in_folder(), 5U); // these and the one that got its checksum
+    librarian.files[1] = path("GONE");
+    expect_warning("The file " + path("GONE") + " not found. Could not add to Library!", "File Not Found");
+    EXPECT_EQ(valid_sys_files(nullptr), 0);
+    EXPECT_EQ(save_library_file(nullptr, saved), 0);
+    EXPECT_EQ(read_bytes(saved), program);
+    write_bytes(path("GONE"), "\0\0\0\5i"s);
+    expect_warning("The file " + path("GONE") + " is not a Valid System File!", "Invalid System File");
+    EXPECT_EQ(valid_sys_files(nullptr), 0);
+}

@@ -38,7 +38,9 @@ const FILE_KIND PROGRAM_KIND = {[](const std::string& name) {
                                 {0, "Cannot Open Program File!"},
                                 {0, ""}, // the caller speaks
                                 {-1, "Invalid Checksum in Program File!", "Invalid Checksum"},
-                                {0, "Cannot Save Program File.\nFile Creation Error!", "Save File"}};
+                                {0, "Cannot Save Program File.\nFile Creation Error!", "Save File"},
+                                {0, ""}, // the caller speaks
+                                -1};
 
 class ProgramFileTest : public FILE_TEST {};
 

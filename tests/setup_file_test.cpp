@@ -37,7 +37,9 @@ const FILE_KIND SETUP_KIND = {[](const std::string& name) {
                               {0, "Cannot Open Setup File!"},
                               {0, "Not a Valid Setup File!"},
                               {SETUP_BAD_CHECKSUM, "Invalid Checksum in Setup File!", "Invalid Checksum"},
-                              {1, "Cannot Save Setup File.\nFile Creation Error!", "Save File"}};
+                              {1, "Cannot Save Setup File.\nFile Creation Error!", "Save File"},
+                              {0, "Invalid/Corrupt Library File!", "Invalid/Corrupt"},
+                              0xFF};
 
 class SetupFileTest : public FILE_TEST {};
 

@@ -3,7 +3,9 @@
 
 #include "app/checksum.h"
 #include "app/files.h"
+#include "library/LIB.h"
 #include "tests/desktop_script.h"
+#include "tests/library_script.h"
 
 #include <filesystem>
 #include <fstream>
@@ -33,6 +35,9 @@ struct OUTCOME {
 };
 inline const OUTCOME OPENED = {1, ""};
 
+// Stands for what comes of a file that is taken for a library.
+inline const OUTCOME LIBRARY = {0, "library"};
+
 // What is no file of the system's own, though it may be one of the earlier model.
 inline const OUTCOME QUENDAL = {0, "This is no Tolvan file, or a damaged one.\n"
                                    "A file of the Quendal terminal cannot be converted by this version:\n"
@@ -44,7 +49,8 @@ struct FILE_KIND {
     int (*save)(const std::string& name);
     std::string good, sample; // the bytes of a short valid file and of a realistic one
     int checksum_type;
-    OUTCOME no_file, other_type, bad_checksum, not_saved;
+    OUTCOME no_file, other_type, bad_checksum, not_saved, no_library;
+    int cancelled;
 };
 
 // A test with a folder of its own, at whose end every announced message must have been shown.
@@ -79,10 +85,23 @@ protected:
         return read_bytes(path("SAVED"));
     }
     void expect_outcome(const FILE_KIND& kind, const std::string& bytes, const OUTCOME& outcome) const {
+        write_bytes(path("FILE"), bytes);
+        if (outcome.text == LIBRARY.text)
+            return expect_library(kind);
         if (!outcome.text.empty())
             expect_warning(outcome.text, outcome.caption);
-        write_bytes(path("FILE"), bytes);
         EXPECT_EQ(kind.open(path("FILE")), outcome.result);
+    }
+    // A damaged file may look like a library: its members are offered, or it is refused as one.
+    void expect_library(const FILE_KIND& kind) const {
+        std::vector<LIBRARY_MEMBER> members;
+        const bool is_library = read_library_members(open_file(path("FILE"), "rb").get(), true, members);
+        if (is_library)
+            expect_library_member({}, -1);
+        else if (!kind.no_library.text.empty())
+            expect_warning(kind.no_library.text, kind.no_library.caption);
+        EXPECT_EQ(kind.open(path("FILE")), is_library ? kind.cancelled : kind.no_library.result);
+        EXPECT_TRUE(library_questions_asked());
     }
     // Opens the good file truncated at every byte, with every byte changed, and with every length word.
     void expect_damage_reported(const FILE_KIND& kind) const {

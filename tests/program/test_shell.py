@@ -1,5 +1,8 @@
 """The main window: setup files, settings that last, one instance, and commands."""
 
+import shutil
+from unittest import mock
+
 from tolvan import (ID, IDNO, IDOK, IDYES, LIMIT, PROGRAM, SC_MINIMIZE, TITLE, WM_SYSCOMMAND, Program, ProgramTest,
                     crc, desktop, read_settings, start_wine, wait_for, windows_path)
 
@@ -136,3 +139,17 @@ class CommandTest(ProgramTest):
             about.close()
             about.wait_gone()
             self.assertEqual(program.exit(), 0)
+
+    def test_help(self):
+        def viewer():
+            return next((window for window in desktop.windows() if window.known["class"] == "MS_WINHELP"), None)
+        with Program() as program:
+            program.command(ID.CMD_HELP_TOPICS)
+            window = wait_for("the help viewer", viewer)
+            self.assertIn("Choose what you want", "".join(child.known["text"] for child in window.children()))
+            window.close()
+            window.wait_gone()
+            self.assertEqual(program.exit(), 0)
+        with mock.patch("tolvan.PROGRAM", shutil.copy(PROGRAM, self.folder)), Program() as program:
+            program.command(ID.CMD_HELP_TOPICS)
+            self.assertIn("The help cannot be shown.", program.answer(TITLE))

@@ -2,13 +2,17 @@
 
 import re
 
-from tolvan import ID, IDCANCEL, IDOK, LIMIT, Program, ProgramTest, read_settings, wait_for, windows_path
+from script import run, shows
+from tolvan import (ID, IDCANCEL, IDOK, IDYES, LIMIT, Program, ProgramTest, crc, read_settings, wait_for,
+                    windows_path)
 
 SOH, EOT, ACK, NAK, CAN = b"\x01", b"\x04", b"\x06", b"\x15", b"\x18"
 CRC_FRAME = 133  # bytes
 EVERY_BYTE = bytes(range(256))
 PLAIN = {"COMM": {"PROTOCOL": 0}}
 SEND_TITLE, RECEIVE_TITLE = "Enter Filename To Send", "Enter Filename To Receive"
+WARNING = ("WARNING: The Tolvan Portable will lose all program and data files.\n"
+           "Options will be reset to factory defaults. Continue?")
 LOG = """\
                              AUTO RECEIVE LOGFILE
 
@@ -122,6 +126,45 @@ class SendScreenTest(ProgramTest):
             self.line.close()
             wait_for("the end of the transfer", lambda: screen.button("Close").enabled(), 2 * LIMIT)
             self.assertIn(screen.value("Status:"), ("Transmit Error", "Timeout Error"))
+
+
+class UpgradeTest(ProgramTest):
+    def take_frames(self, screen, content, request):
+        """The portable's part; it leaves the last frame unanswered."""
+        screen.click("Send")
+        self.line.wait_open()
+        screen.wait_value("Status:", "Waiting")
+        for block, at in enumerate(range(0, len(content), 1024), 1):
+            self.line.write(request if block == 1 else ACK)
+            data = content[at:at + 1024].ljust(1024, b"\0")
+            tail = bytes([sum(data) % 256]) if request == NAK else crc(data)
+            self.assertEqual(self.line.read_exactly(1027 + len(tail)), SOH + bytes([block, 255 - block]) + data + tail)
+
+    def test_both_modes_cancel_and_the_settings_afterwards(self):
+        image = (EVERY_BYTE * 20)[:4994]
+        content = b"HEAD" + image + crc(image)
+        own = {"BAUDRATE": "300", "PROTOCOL": "0"}
+        with Program(settings={"COMM": own}) as program:
+            program.command(ID.CMD_UPGRADE)
+            run(program, shows("Upgrade Flash", WARNING), IDYES, shows(SEND_TITLE), self.file("NEW.UPG", content),
+                shows("Upgrade Flash"))
+            screen = program.screen
+            screen.wait_value("Status:", "File OK")
+            for request in (b"C", NAK):
+                self.take_frames(screen, content, request)
+                self.line.write(ACK)
+                self.assertEqual(self.line.read(), EOT)
+                screen.wait_value("Status:", "Completed")
+                self.line.wait_closed()
+            self.take_frames(screen, content[:1024], b"C")
+            screen.click("Cancel")
+            screen.wait_value("Status:", "User Abort")
+            self.assertEqual(self.line.read(), CAN)
+            run(program, "Close", shows("Tolvan*"), ID.CMD_SEND, shows(SEND_TITLE), IDCANCEL, shows("Send File"))
+            self.assertEqual([program.screen.value(label) for label in ("Baud rate:", "Protocol:")], ["300", "NONE"])
+            run(program, "Close", shows("Tolvan*"))
+            self.assertEqual(program.exit(), 0)
+        self.assertEqual(read_settings()["COMM"], own)
 
 
 class ReceiveScreenTest(ProgramTest):
