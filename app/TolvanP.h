@@ -1,11 +1,13 @@
 // What every module shares: the program's titles and the plain types that cross module borders.
 #pragma once
 
+#include "app/version.h"
+
 #include <cstdint>
 #include <string>
 
 inline constexpr char PROGRAM_TITLE[] =
-    "Tolvan Programmer V1.17";                            // title, window class and caption of questions
+    "Tolvan Programmer V" TOLVAN_VERSION;                 // title, window class and caption of questions
 inline constexpr char COMM_TITLE[] = "Tolvan Programmer"; // caption of communication errors
 inline constexpr char OUT_OF_MEMORY_TEXT[] = "System out of memory!";
 inline constexpr char MEMORY_CAPTION[] = "Memory Allocation";

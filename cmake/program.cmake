@@ -3,6 +3,9 @@ enable_language(RC)
 
 # One file that needs nothing but Windows.
 target_link_options(tolvan_options INTERFACE -static)
+# The same sources give the same bytes, whatever the folder and the time.
+target_compile_options(tolvan_options INTERFACE $<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=>)
+target_link_options(tolvan_options INTERFACE -Wl,--no-insert-timestamp)
 target_compile_definitions(tolvan_options INTERFACE WINVER=0x0601 _WIN32_WINNT=0x0601 NOMINMAX)
 
 # An object library, as the logic calls back into it: every seam is linked, whoever asks for it.
@@ -42,9 +45,10 @@ target_link_libraries(tolvan_screens PUBLIC tolvan_logic comctl32 comdlg32 gdi32
 # The one resource script includes all that lies beside it.
 set(TOLVAN_RESOURCES resources/TolvanP.rc)
 file(GLOB TOLVAN_RESOURCE_PARTS CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/resources/*)
+configure_file(resources/TolvanP.manifest.in generated/TolvanP.manifest @ONLY)
 set_source_files_properties(${TOLVAN_RESOURCES} PROPERTIES
     COMPILE_OPTIONS "-c;65001"
-    OBJECT_DEPENDS "${TOLVAN_RESOURCE_PARTS}")
+    OBJECT_DEPENDS "${TOLVAN_RESOURCE_PARTS};${CMAKE_BINARY_DIR}/generated/app/version.h")
 
 add_executable(TolvanP WIN32 app/main.cpp ${TOLVAN_RESOURCES})
 target_include_directories(TolvanP PRIVATE ${CMAKE_SOURCE_DIR})

@@ -107,7 +107,7 @@ bool may_leave_library(HWND hDlg) {
 void open_library(HWND hDlg) {
     FILE_DIALOG dialog = file_dialog(hDlg, LIBRARY_FILTERS);
     dialog.keeps_current_folder = false; // the library's files are looked for where it is
-    if (!may_leave_library(hDlg) || !ask_open_name(dialog))
+    if (!ask_open_name(dialog))
         return;
     if (open_library_file(hDlg, dialog.name) != 1) {
         show_message(hDlg, "Invalid/Corrupt Library File!", "Invalid/Corrupt", MESSAGE_ICON::WARNING);

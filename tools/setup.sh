@@ -1,7 +1,7 @@
 # What ./run and ./test share: packages, building and Wine. Sourced by both from the project's root.
 
 PROGRAM_PACKAGES=(cmake ninja-build g++ g++-mingw-w64-x86-64-posix wine wine64 fonts-wine lrzsz python3)
-TEST_PACKAGES=("${PROGRAM_PACKAGES[@]}" g++-mingw-w64-i686-posix libgtest-dev googletest)
+TEST_PACKAGES=("${PROGRAM_PACKAGES[@]}" g++-mingw-w64-i686-posix libgtest-dev googletest nsis)
 
 # Quiet, without the parts that want a download, and without a crash box or menu entries on this desktop.
 export WINEDEBUG=-all

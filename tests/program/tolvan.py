@@ -321,10 +321,10 @@ def start_wine(*command, **options):
 class Program:
     """The running program. Settings are {section: {key: value}}; None keeps those of an earlier run."""
 
-    def __init__(self, *arguments, settings=(), folder=None, environment=()):
+    def __init__(self, *arguments, settings=(), folder=None, environment=(), program=PROGRAM):
         if settings is not None:
             write_settings(dict(settings))
-        self.process = start_wine(PROGRAM, *arguments, cwd=folder, env={**os.environ, **dict(environment)})
+        self.process = start_wine(program, *arguments, cwd=folder, env={**os.environ, **dict(environment)})
         self.main = None
         self.screen = None  # the window that a script is in
         self.windows_process = None

@@ -223,6 +223,12 @@ void answer_file_dialog(const std::string& title, const std::string& path) {
     settle();
 }
 
+std::string temporary_path(const std::string& name) {
+    char folder[MAX_PATH];
+    GetTempPathA(sizeof folder, folder);
+    return folder + name;
+}
+
 void take_steps(HWND window, const std::vector<STEP>& steps,
                 const std::function<std::string(HWND)>& state_of) {
     for (const auto& [command_or_key, state, caption, text, button] : steps) {

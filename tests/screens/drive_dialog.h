@@ -35,6 +35,8 @@ std::string answer_box(const std::string& caption, int button);
 // Gives a path to a system file dialog and confirms it; an empty path cancels.
 void answer_file_dialog(const std::string& title, const std::string& path);
 
+std::string temporary_path(const std::string& name); // a file in the temporary folder
+
 // A command or a key, and what comes of it: the window's state behind it, and a box or file dialog before.
 struct STEP {
     int command_or_key = 0; // 0 when the step before led to more

@@ -23,11 +23,10 @@ constexpr char OVERWRITE[] = "? Overwrite Current Data?";
 constexpr char SAVE[] = "? Save File Changes?";
 
 std::string path_of(const std::string& name, const std::string& bytes) {
-    char folder[MAX_PATH];
-    GetTempPathA(sizeof folder, folder);
+    const std::string path = temporary_path(name);
     if (!bytes.empty())
-        std::fputs(bytes.c_str(), open_file(folder + name, "wb").get());
-    return folder + name;
+        std::fputs(bytes.c_str(), open_file(path, "wb").get());
+    return path;
 }
 
 // The records; the first visible line, * and the one with the focus, I while Insert, R while the repetitive

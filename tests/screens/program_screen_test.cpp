@@ -30,12 +30,6 @@ void take(HWND window, const std::vector<STEP>& steps) {
     take_steps(window, steps, state_of);
 }
 
-std::string path_of(const std::string& name) {
-    char folder[MAX_PATH];
-    GetTempPathA(sizeof folder, folder);
-    return folder + name;
-}
-
 // Runs the window with a program of so many fields, given to it as the command line gives one.
 void run_window(std::size_t fields, const std::function<void(HWND)>& script) {
     init_programming();
@@ -45,7 +39,7 @@ void run_window(std::size_t fields, const std::function<void(HWND)>& script) {
     program_header.fields.resize(fields);
     for (FIELD_DEFINITION& field : program_header.fields)
         init_field(field);
-    command_line_string = path_of("good.pgt");
+    command_line_string = temporary_path("good.pgt");
     ASSERT_EQ(save_program_file(command_line_string), 1);
     command_line_options_flag = 1;
     drive([] { EXPECT_EQ(run_dialog(DLG_PROGRAMMING, nullptr, PROGRAMMINGPROC), 1); },
@@ -101,10 +95,10 @@ TEST(ProgrammingWindow, NotesChangesAndSavesWhatStandsInTheControls) {
     run_window(1, [](HWND window) {
         press_key(VK_END);
         type_text("/0a"); // and the focus stays
-        std::remove(path_of("a.b").c_str());
+        std::remove(temporary_path("a.b").c_str());
         take(window, {{CMD_OPEN, "", PROGRAM_TITLE, SAVE, IDYES},
                       {0, "(STOCK) 2:0 EDA* 41", "Save As"}, // not saved: nothing is opened
-                      {CMD_SAVE, "(A) 2:0 EDA- 41", "Save As", path_of("a.b")},
+                      {CMD_SAVE, "(A) 2:0 EDA- 41", "Save As", temporary_path("a.b")},
                       {VK_TAB, "(A) 2:0 EDA- 41"}}); // the normal form is no change
         EXPECT_EQ(control_text(window, IDC_SOF_TEXT), "/0D/0A");
         EXPECT_EQ(program_header.sof_text_handle, "\r\n");

@@ -1,0 +1,89 @@
+"""The librarian, and libraries in the three openers that take a file out of one."""
+
+from script import ScriptTest, asks, holds, row, run, settled, shows, the_list
+from test_files import system_file, text_file
+from tolvan import ID, IDCANCEL, IDNO, IDOK, IDYES, PREFIX, ROOT, TITLE, windows_path
+
+MAIN, LIBRARIAN, LOOKUP = TITLE + " (Default)", "Librarian", "Lookup File Editor"
+EXTRACTION, INVALID, END = "File Extraction", "Invalid/Corrupt", "<<END OF LIST>>"
+SAMPLE, SAMPLE_SETUP = ((ROOT / "samples" / name).read_bytes() for name in ("STOCK.PGT", "STOCK.CFT"))
+PRICES = system_file(b"NINELONGS", [b"ONE", b"TWO"])
+CHANGES, NEW, DELETE = "Save Library Changes?", "Create a new library file?", "Delete File from Library?"
+START = [shows(MAIN), ID.CMD_LIBRARIAN, shows(LIBRARIAN)]
+
+
+def adds(path, button="Add"):
+    return [button, shows("Open"), path, shows(LIBRARIAN), settled]
+
+
+def opens(path, then=LIBRARIAN):
+    return [ID.CMD_OPEN, shows("Open"), path, shows(then), settled]
+
+
+def saves(path, then=LIBRARIAN):
+    return [ID.CMD_SAVE, shows("Save As"), path, shows(then), settled]
+
+
+def lists(*rows):
+    def compare(program):
+        assert the_list(program).entries() == [*rows, END], the_list(program).entries()
+    return compare
+
+
+class LibraryTest(ScriptTest):
+    def test_building_and_changing(self):
+        folder = self.folder / "two words"
+        folder.mkdir()
+        program, lookup, setup = (self.file(f"two words/{name}", content) for name, content in (
+            ("STOCK.PGT", SAMPLE + b"\0" * 77), ("NINELONGS.LKT", PRICES), ("my shop.CFT", SAMPLE_SETUP)))
+        paths = [windows_path(path) for path in (program, lookup, setup)]
+        elsewhere = self.file("STOCK.CFT", SAMPLE_SETUP)
+        self.start(
+            START, lists(), adds(lookup), row(1), adds(program, "Insert"), adds(setup), lists(*paths),
+            saves(folder / "my shop"), ID.CMD_EXIT, START, opens(folder / "my shop.lbt"),
+            lists("STOCK.PGT", "NINELONGS.LKT", "my shop.CFT"),
+            holds("Library Filename: " + windows_path(folder / "my shop.lbt")), row(2),
+            "Delete", asks(DELETE, IDNO, LIBRARIAN), "Delete", asks(DELETE, IDYES, LIBRARIAN), adds(elsewhere),
+            saves(IDOK), holds("Library Filename: " + windows_path(folder / "myshop.lbt")), ID.CMD_EXIT, shows(MAIN))
+        self.assert_holds("two words/my shop.lbt", SAMPLE + PRICES + SAMPLE_SETUP)
+        self.assert_holds("two words/myshop.lbt", SAMPLE + SAMPLE_SETUP * 2)
+
+    def test_questions_and_messages(self):
+        def refuses(text, caption):
+            return asks(text, IDOK, LIBRARIAN, caption)
+
+        one, gone, text = (self.file(name, SAMPLE) for name in ("STOCK.PGT", "gone.pgt", "text.txt"))
+        text.write_bytes(text_file(b"no system file"))
+        (self.folder / "taken.lbt").mkdir()
+        exits = [ID.CMD_EXIT, shows(TITLE, CHANGES)]
+        self.start(
+            START, adds(one), ID.CMD_NEW, asks(NEW, IDNO, LIBRARIAN), lists(windows_path(one)), exits, IDCANCEL,
+            shows(LIBRARIAN), exits, IDYES, shows("Save As"), IDCANCEL, shows(LIBRARIAN),
+            saves(self.folder / "taken", TITLE), IDYES, refuses("Could not Save Library File!", "File Error"),
+            adds(gone), lambda _: gone.unlink(), saves(self.folder / "x", "File Not Found"),
+            refuses(f"The file {windows_path(gone)} not found. Could not add to Library!", "File Not Found"),
+            "Delete", asks(DELETE, IDYES, LIBRARIAN), adds(text), saves(self.folder / "x", "Invalid System File"),
+            refuses(f"The file {windows_path(text)} is not a Valid System File!", "Invalid System File"),
+            ID.CMD_OPEN, shows("Open"), text, refuses("Invalid/Corrupt Library File!", INVALID),
+            lists(), adds(one), ID.CMD_NEW, asks(NEW, IDYES, LIBRARIAN), lists(), ID.CMD_EXIT, START, adds(one),
+            exits, IDYES, shows("Save As"), self.folder / "x", shows(MAIN))
+        self.assert_holds("x.lbt", SAMPLE)
+
+    def test_taking_files_out(self):
+        library = self.file("shop.lbt", SAMPLE + PRICES + SAMPLE_SETUP + b"\0" * 77)
+        choice = [shows(EXTRACTION), lists("Program (STOCK)", "Lookup (NINELONGS)", "Setup")]
+        left_over = set(PREFIX.glob("drive_c/**/TLV*.tmp"))
+        program = self.start()
+        for enter, window, wrong, refusal, caption, right, then in (
+                ([ID.CMD_PROGRAMMING], "Programming (*)", 2, "Invalid/Corrupt Program File!", INVALID, 1,
+                 [shows("Programming (STOCK)"), settled, IDCANCEL]),
+                ([ID.CMD_LOOKUP_EDITOR], LOOKUP, 3, "Invalid Lookup File!", INVALID, 2,
+                 [shows(LOOKUP), settled, holds("Lookup Filename: NINELONG|1: ONE|2: TWO"), IDCANCEL]),
+                ([], MAIN, 1, "Not a Valid Setup File!", "Open File", 3,
+                 [shows(TITLE + " (shop.lbt)"), ID.CMD_SAVE_SETUP, shows("Save As"), self.folder / "out",
+                  shows(TITLE + " (out.cft)")])):
+            takes = [ID.CMD_OPEN if enter else ID.CMD_OPEN_SETUP, shows("Open"), library, choice]
+            run(program, shows(MAIN), enter, shows(window), takes, "Cancel", shows(window), takes, row(wrong), "Open",
+                asks(refusal, IDOK, window, caption), takes, row(right), "Open", then)
+        self.assert_holds("out.cft", SAMPLE_SETUP)
+        self.assertEqual(set(PREFIX.glob("drive_c/**/TLV*.tmp")), left_over)
