@@ -149,9 +149,8 @@ int extract_library_file(WINDOW owner, std::string& name) {
     std::vector<LIBRARY_MEMBER> members;
     if (!library || !read_library_members(library.get(), true, members))
         return 0;
-    std::vector<std::string> rows;
-    for (const LIBRARY_MEMBER& member : members)
-        rows.push_back(member_row(member));
+    std::vector<std::string> rows(members.size());
+    std::transform(members.begin(), members.end(), rows.begin(), member_row);
     const int row = choose_library_member(owner, rows);
     if (row < 0 || static_cast<std::size_t>(row) >= members.size())
         return -1;

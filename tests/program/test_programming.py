@@ -254,14 +254,14 @@ class ProgrammingTest(ScriptTest):
         good = program_file(b"GOOD", [dict(prompt=b"FIRST")])
         path = self.file("good.pgt", good)
         program = self.start(START)
-        for name, content, said_before in (("cut", good[:-9], [shows("Open File"), IDOK]),
-                                           ("text", b"no program at all", [shows("Open File"), IDOK]),
-                                           ("setup", good.replace(b"I", b"S", 1), [])):
+        for name, content, answer in (("cut", good[:-9], [shows("File Extraction"), IDCANCEL, shows(UNTITLED)]),
+                                      ("text", b"no program at all", [shows("Open File"), IDOK, shows(UNTITLED)]),
+                                      ("setup", good.replace(b"I", b"S", 1), asks(
+                                          "Invalid/Corrupt Program File!", IDOK, UNTITLED, "Invalid/Corrupt"))):
             with self.subTest(name):
                 run(program, opens(path, "Programming (GOOD)"))
                 self.assert_prompts(program, b"FIRST")
-                run(program, opens(self.file(name + ".pgt", content), "*"), said_before,
-                    asks("Invalid/Corrupt Program File!", IDOK, UNTITLED, "Invalid/Corrupt"))
+                run(program, opens(self.file(name + ".pgt", content), "*"), answer)
                 self.assert_prompts(program)
         run(program, opens(self.file("tenletters.pgt", good), "Filename Size Error"),
             asks(LONG_NAME, IDOK, "Open", "Filename Size Error"), path, shows("Programming (GOOD)"))
