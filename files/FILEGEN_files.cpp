@@ -117,16 +117,8 @@ std::int64_t refuse_open(WINDOW owner) {
     return 0;
 }
 
-std::int64_t read_recognised(WINDOW owner, const std::string& file_name, int file_type) {
-    FILE_HANDLE file = open_file(file_name, "rb");
-    if (!file)
-        return refuse_open(owner);
-    TEXT_SOURCE source = open_source(file.get());
-    fill_source(source, DBASE_HEADER_SIZE);
-    if (std::ferror(file.get()) != 0)
-        return refuse_open(owner);
-    const EDIT_FILE kind = recognise(source, file_type);
-    rewind_source(source);
+std::int64_t read_recognised(WINDOW owner, const std::string& file_name, TEXT_SOURCE& source, int file_type,
+                             EDIT_FILE kind) {
     if (kind == EDIT_FILE::DBASE)
         return import(owner, source, file_name, read_dbase_file);
     data_program_name.clear();
@@ -134,9 +126,8 @@ std::int64_t read_recognised(WINDOW owner, const std::string& file_name, int fil
     case EDIT_FILE::OWN_TEXT:
         return read_own_text(owner, source, file_type);
     case EDIT_FILE::LOOKUP_SYSTEM:
-        return read_lookup_sys_file(owner, file.get());
+        return read_lookup_sys_file(owner, source.file);
     case EDIT_FILE::LIBRARY:
-        file.reset();
         return read_library_member(
             owner, file_name, [owner](std::FILE* member) { return read_lookup_sys_file(owner, member); });
     case EDIT_FILE::QUENDAL:
@@ -144,6 +135,21 @@ std::int64_t read_recognised(WINDOW owner, const std::string& file_name, int fil
     default:
         return import(owner, source, file_name, read_text_ascii_file);
     }
+}
+
+// What could be read of a failing disk is not the file: it is not shown as if it were.
+std::int64_t read_whole_or_nothing(WINDOW owner, const std::string& file_name, int file_type) {
+    const FILE_HANDLE file = open_file(file_name, "rb");
+    if (!file)
+        return refuse_open(owner);
+    TEXT_SOURCE source = open_source(file.get());
+    fill_source(source, DBASE_HEADER_SIZE);
+    if (source.failed)
+        return refuse_open(owner);
+    const EDIT_FILE kind = recognise(source, file_type);
+    rewind_source(source);
+    const std::int64_t result = read_recognised(owner, file_name, source, file_type, kind);
+    return source.failed ? refuse_open(owner) : result;
 }
 
 void report_changed_records(WINDOW owner) {
@@ -177,7 +183,7 @@ std::int64_t read_edit_file(WINDOW owner, const std::string& file_name, int file
     changed_records = 0;
     std::int64_t result = 0;
     try {
-        result = read_recognised(owner, file_name, file_type);
+        result = read_whole_or_nothing(owner, file_name, file_type);
     } catch (const std::bad_alloc&) {
         result = report_out_of_memory(owner);
     }

@@ -104,14 +104,10 @@ int report_out_of_memory(WINDOW owner) {
 }
 
 TEXT_SOURCE open_source(std::FILE* file) {
-    TEXT_SOURCE source{
-        file, static_cast<std::size_t>(std::max(file_length(file), std::int64_t{0})), 0, {}, {}};
+    TEXT_SOURCE source{.file = file, .piece = {}, .rest = {}};
+    source.size = static_cast<std::size_t>(std::max(file_length(file), std::int64_t{0}));
     rewind_source(source);
     return source;
-}
-
-bool is_line_end(char character) {
-    return character == '\r' || character == '\n';
 }
 
 void rewind_source(TEXT_SOURCE& source) {
@@ -129,6 +125,7 @@ void fill_source(TEXT_SOURCE& source, std::size_t wanted) {
     char* const unread = source.piece.data() + kept;
     const std::size_t read = std::fread(unread, 1, source.piece.size() - kept, source.file);
     source.rest = {source.piece.data(), kept + read};
+    source.failed |= std::ferror(source.file) != 0;
 }
 
 std::string_view take_bytes(TEXT_SOURCE& source, std::size_t size) {

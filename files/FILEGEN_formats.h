@@ -17,10 +17,11 @@ inline constexpr char LOOKUP_FILE_TYPE = 'R';  // type byte of a lookup system f
 // the source is filled again.
 struct TEXT_SOURCE {
     std::FILE* file;
-    std::size_t size;         // bytes of the file
+    std::size_t size = 0;     // bytes of the file
     std::size_t position = 0; // bytes taken
     std::string piece;
     std::string_view rest; // of the piece: what is still to be taken
+    bool failed = false;   // sticky: the file could not be read to its end
 };
 TEXT_SOURCE open_source(std::FILE* file);
 void rewind_source(TEXT_SOURCE& source);
@@ -31,7 +32,9 @@ void fill_source(TEXT_SOURCE& source, std::size_t wanted);
 // The next `size` bytes, or those that are left, without filling the source.
 std::string_view take_bytes(TEXT_SOURCE& source, std::size_t size);
 
-bool is_line_end(char character);
+inline bool is_line_end(char character) {
+    return character == '\r' || character == '\n';
+}
 
 // The next line, cut at its end; at most `str_size` bytes. CR, LF and any two of them are one line end. 0 at
 // the end of the file, else 1.

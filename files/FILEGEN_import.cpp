@@ -75,6 +75,13 @@ bool holds_unprintable(std::string_view text) {
     return highest > PRINTABLE_RANGE;
 }
 
+// How many were appended before memory ran out.
+std::size_t add_checked_entries(const std::vector<std::string_view>& values) {
+    const auto refused =
+        std::ranges::find_if(values, [](std::string_view value) { return add_record_entry(value) == 0; });
+    return static_cast<std::size_t>(refused - values.begin());
+}
+
 // What both imports do once the columns are chosen. `read_row` leaves a value for each column in `row`; it
 // returns false when there is no more row.
 template <typename READ_ROW>
@@ -82,14 +89,15 @@ std::int64_t add_rows(WINDOW owner, const TEXT_SOURCE& source, const std::vector
                       const IMPORT_OPTIONS& options, const ROW& row, READ_ROW read_row) {
     PROGRESS progress{{open_status_box(STATUS_OPEN_FILE), {}}, source.size};
     const auto columns = chosen_columns(fields);
+    std::vector<std::string_view> chosen(columns.size());
     std::int64_t records = 0;
     while (read_row()) {
-        const auto add = row.printable ? add_printable_entry : add_record_entry;
-        for (const std::size_t column : columns) {
-            if (add(clean_value(row.values[column], options)) == 0)
-                return report_out_of_memory(owner);
-            ++records;
-        }
+        for (std::size_t i = 0; i < columns.size(); ++i)
+            chosen[i] = clean_value(row.values[columns[i]], options);
+        const std::size_t added = row.printable ? add_printable_entries(chosen) : add_checked_entries(chosen);
+        records += static_cast<std::int64_t>(added);
+        if (added < chosen.size())
+            return report_out_of_memory(owner);
         show_progress(progress, source.position);
     }
     return records;

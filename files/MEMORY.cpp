@@ -124,8 +124,7 @@ void write_record(char* place, std::string_view part, std::string_view text) {
         ++changed_records;
 }
 
-// Opens a gap for a record behind the last one. Readers append by the million: where nothing has to move,
-// nothing else is asked.
+// Opens a gap for a record behind the last one. Where nothing has to move, nothing else is asked.
 char* append_gap(std::size_t size) {
     char* end = goto_last_record();
     if (end == nullptr)
@@ -212,11 +211,30 @@ int add_record_entry(std::string_view text) {
     return gap != nullptr ? 1 : 0;
 }
 
-int add_printable_entry(std::string_view text) {
-    char* gap = append_gap(text.size() + 1);
-    if (gap != nullptr)
-        *std::copy(text.begin(), text.end(), gap) = '\0';
-    return gap != nullptr ? 1 : 0;
+// Readers append by the million: what fits the last chunk is copied there in one go.
+std::size_t add_printable_entries(std::span<const std::string_view> texts) {
+    std::size_t added = 0;
+    while (added < texts.size()) {
+        char* place = goto_last_record();
+        if (place == nullptr)
+            break;
+        MEMCHUNK& last = *current_memchunk;
+        const char* const chunk_end = last.data.get() + MEMCHUNK_SIZE;
+        for (; added < texts.size() && texts[added].size() + 2 < static_cast<std::size_t>(chunk_end - place);
+             ++added) {
+            place = std::copy(texts[added].begin(), texts[added].end(), place);
+            *place++ = '\0';
+            ++last.records;
+        }
+        *place = END_OF_RECORDS;
+        last.used = static_cast<std::size_t>(place - last.data.get());
+        if (added < texts.size()) {
+            if (insert_record_entry(place, texts[added]) == nullptr)
+                break;
+            ++added;
+        }
+    }
+    return added;
 }
 
 char* insert_record_entry(char* record, std::string_view text) {

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <list>
 #include <memory>
+#include <span>
 #include <string_view>
 
 inline constexpr std::size_t MEMCHUNK_SIZE = 32768; // bytes
@@ -53,8 +54,9 @@ char* mem_shift(char* place, int shift);
 // such bytes become '?', the rest is cut off. changed_records counts the texts changed so since it was
 // cleared; the readers tell the operator. A text must not lie in the store itself.
 extern std::uint32_t changed_records;
-int add_record_entry(std::string_view text);    // behind the last; 1, or 0 when memory is exhausted
-int add_printable_entry(std::string_view text); // the same for printable characters alone, unchecked
+int add_record_entry(std::string_view text); // behind the last; 1, or 0 when memory is exhausted
+// The same for texts of printable characters alone, unchecked. How many were appended before memory ran out.
+std::size_t add_printable_entries(std::span<const std::string_view> texts);
 char* insert_record_entry(char* record, std::string_view text);  // before it; the new record, or nullptr
 char* delete_record_entry(char* record);                         // the record that followed
 char* realloc_record_entry(char* record, std::string_view text); // the record with its new text, or nullptr

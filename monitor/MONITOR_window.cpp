@@ -29,7 +29,8 @@ constexpr int COMMANDS_OUT_OF_CAPTURE[] = {CMD_OPEN, CMD_SAVE, CMD_MON_PRINT};
 // At the fastest rate, 38400 bit/s, some 100 bytes come meanwhile; the driver holds thousands.
 constexpr DWORD POLL_INTERVAL = 25; // milliseconds
 constexpr UINT_PTR POLL_TIMER = 1;
-constexpr int BYTES_AT_ONCE = 4096; // until the window's messages have their turn
+constexpr int MOST_ERRORS_AT_ONCE = 100; // a line held in break reports errors without end
+constexpr int BYTES_AT_ONCE = 4096;      // until the window's messages have their turn
 
 struct CAPTURE {
     bool on = false;
@@ -232,8 +233,9 @@ void show_capture_state(HWND hwnd) {
 bool receive_bytes(HWND hwnd) {
     if (capture.port == nullptr)
         return false;
-    while (clear_line_error(capture.port, nullptr) != 0)
-        continue;
+    for (int tries = 0; clear_line_error(capture.port, nullptr) != 0; ++tries)
+        if (tries == MOST_ERRORS_AT_ONCE)
+            return false;
     std::uint8_t byte = 0;
     int count = 0;
     while (count < BYTES_AT_ONCE && read_line_byte(capture.port, &byte)) {
