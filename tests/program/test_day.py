@@ -15,38 +15,26 @@ from script import VK_RETURN, ScriptTest, closes, holds, key, row, run, settled,
 from test_monitor import captured
 from test_shell import RESET_ITEMS, setup_file
 from test_transfer import SEND_TITLE, WARNING
-from tolvan import DRIVE_C, ID, IDCANCEL, IDYES, ROOT, TITLE, crc, wait_for
+from tolvan import DRIVE_C, ID, IDCANCEL, IDYES, ROOT, TITLE, crc
 
-WORK = DRIVE_C / "Work"
-PICTURES = os.environ.get("TOLVAN_PICTURES")
-PAINTED = 0.5  # seconds
+WORK, PICTURES = DRIVE_C / "Work", os.environ.get("TOLVAN_PICTURES")
 MAIN, UPGRADE = TITLE + " (SHOP.CFT)", "Upgrade Flash"
-SPECIAL = "Special ASCII Characters"
 
 
 def picture(name):
     """Of the window in front, and of nothing else on the screen."""
     def take(program):
         if PICTURES:
-            program.screen.send(0)
-            time.sleep(PAINTED)
+            time.sleep(0.5)  # until it is painted
             left, top, right, bottom = program.screen.now()["rect"]
             subprocess.check_call(["import", "-window", "root", "-crop", f"{right - left}x{bottom - top}+{left}+{top}",
                                    "+repage", "-strip", "+dither", "-colors", "64", f"PNG8:{PICTURES}/{name}.png"])
     return take
 
 
-def status(text):
-    return lambda program: program.screen.wait_value("Status:", text)
-
-
-def cancel(program):
-    program.screen.click("Cancel")  # a transfer sees what the mouse posts
-
-
-def file(name):
-    """Waits until a transfer's screen shows it as its file."""
-    return lambda program: wait_for(name, lambda: program.screen.value("File:").endswith(name))
+def waits(values):
+    """Waits until these values stand behind their labels."""
+    return lambda program: [program.screen.wait_value(*part.split(": ")) for part in values.split("|")]
 
 
 FIELDS = [  # what the operator does, and what the record then holds beside the defaults
@@ -63,71 +51,54 @@ FIELDS = [  # what the operator does, and what the record then holds beside the 
       "Add|Table Entries: RED", key(VK_RETURN, "GREEN"), key(VK_RETURN, "BLUE"), "Error Message: RED, GREEN OR BLUE",
       picture("lookup-table"), "OK", shows(programming.FIELD)],
      dict(flags=0xD2, row=2, end_row=2, prompt=b"Colour:", lookup=b"T,RED,GREEN,BLUE,?RED, GREEN OR BLUE")),
-    (["New Screen|Start Row: 3|End Row: 3|Prompt Text: Qty:|Input Source: K|Input Max: 5|Input Mask: D", picture("field")],
-     dict(flags=0xD2, row=3, end_row=3, prompt=b"Qty:", source="K", max=5, mask=b"D")),
-]
+    (["New Screen|Start Row: 3|End Row: 3|Prompt Text: Qty:|Input Source: K|Input Max: 5|Input Mask: D",
+      picture("field")], dict(flags=0xD2, row=3, end_row=3, prompt=b"Qty:", source="K", max=5, mask=b"D"))]
 COUNT = programming.program_file(b"COUNT", [record for _, record in FIELDS], counts=(1, 1, 1, 4, 4, 4), sof=b"\xA0\r")
-SHOP = setup_file([item ^ (8 if number == 0 else 0) for number, item in enumerate(RESET_ITEMS)])
+SHOP = setup_file([RESET_ITEMS[0] | 8, *RESET_ITEMS[1:]])
 PEOPLE = files.system_file(b"PEOPLE", [b"Anna", b"0012", b"Bert", b"000", b"M\xFCller", b"0700", b"", b"0001"])
-IMAGE = b"\x5A" * 5000
-UPGRADE_FILE = b"HEAD" + IMAGE + crc(IMAGE)
 COLLECTED = [files.text_file(b"D", b"COUNT", b"COUNT", *records) for records in (
     [b"4711", b"0012", b"Anna", b"RED", b"12"], [b"4711", b"0700", b"M\xFCller", b"BLUE", b"7"])]
 NAMES = ["COUNT.001", "COUNT.002"]
 
 PREPARES = [
     programming.START, [programming.new_field(*script) for script, _ in FIELDS],
-    "SOF Text: ", ID.CMD_SPECIAL_ASCII, shows(SPECIAL), row(49), "Add", row(14), "Add", picture("special"),
-    "Done", shows(programming.WINDOW), programming.saves(WORK / "COUNT.PGT", "Programming (COUNT)"),
-    picture("programming"), ID.CMD_EXIT, shows(programming.MAIN),
-    ID.CMD_CODE39, shows("Code 39 Options"), "Full ASCII|OK", shows(TITLE + " (*"),
+    "SOF Text: ", ID.CMD_SPECIAL_ASCII, shows("Special ASCII Characters"), row(49), "Add", row(14), "Add",
+    picture("special"), "Done", shows(programming.WINDOW),
+    programming.saves(WORK / "COUNT.PGT", "Programming (COUNT)"), picture("programming"), ID.CMD_EXIT,
+    shows(programming.MAIN), ID.CMD_CODE39, shows("Code 39 Options"), "Full ASCII|OK", shows(programming.MAIN),
     ID.CMD_SAVE_SETUP, shows("Save As"), WORK / "SHOP.CFT", shows(MAIN), settled, picture("main"),
     ID.CMD_LOOKUP_EDITOR, shows(files.LOOKUP), files.opens(WORK / "people.csv", files.IMPORT), files.TOGGLE[1:3],
-    picture("import"), "Translate", shows(files.LOOKUP), settled,
-    ["1: |Delete", settled] * 2, "5: M\xFCller", files.saves(WORK / "PEOPLE.LKT", files.AS_SYSTEM), picture("edit-lookup"),
-    IDCANCEL, shows(MAIN), ID.CMD_LIBRARIAN, shows(library.LIBRARIAN),
+    picture("import"), "Translate", shows(files.LOOKUP), settled, ["1: |Delete", settled] * 2, "5: M\xFCller",
+    files.saves(WORK / "PEOPLE.LKT", files.AS_SYSTEM), picture("edit-lookup"), IDCANCEL, shows(MAIN), library.START[1:],
     [library.adds(WORK / name) for name in ("COUNT.PGT", "PEOPLE.LKT", "SHOP.CFT")],
     library.saves(WORK / "DAY.LBT"), picture("library"), ID.CMD_EXIT, shows(MAIN),
-    ID.CMD_COMM_SETUP, shows("Communication Setup"), "File mode: I", picture("comm-setup"), "OK", shows(MAIN),
-]
+    ID.CMD_COMM_SETUP, shows("Communication Setup"), "File mode: I", picture("comm-setup"), "OK", shows(MAIN)]
 LOOKS = [
     ID.CMD_DATA_EDITOR, shows(files.DATA), files.opens(WORK / NAMES[1], files.DATA),
-    holds("Data Filename: COUNT|Program Name: COUNT|1: 4711|2: 0700|3: M\xFCller|4: BLUE|5: 7"), IDCANCEL, shows(MAIN),
-]
+    holds("Data Filename: COUNT|Program Name: COUNT|1: 4711|2: 0700|3: M\xFCller|4: BLUE|5: 7"), IDCANCEL, shows(MAIN)]
 UPGRADES = [
-    ID.CMD_UPGRADE, shows(UPGRADE, WARNING), IDYES, shows(SEND_TITLE), WORK / "NEW.UPG", shows(UPGRADE),
-    status("File OK"), picture("flash"), "Close", shows(MAIN),
-]
+    shows(MAIN), ID.CMD_UPGRADE, shows(UPGRADE, WARNING), IDYES, shows(SEND_TITLE), WORK / "NEW.UPG", shows(UPGRADE),
+    waits("Status: File OK"), picture("flash"), "Close", shows(MAIN)]
 
 
 class DayTest(ScriptTest):
-    def setUp(self):
-        super().setUp()
-        self.portable, self.folder = self.folder, WORK
-        self.addCleanup(shutil.rmtree, WORK, ignore_errors=True)
-        WORK.mkdir()
-        shutil.copy(ROOT / "tests/data/people.csv", WORK)
-        self.file("NEW.UPG", UPGRADE_FILE)
-
-    def transfers(self, *command):
-        return self.line.start(*command, folder=self.portable)
-
     def sends(self, program):
         run(program, ID.CMD_SEND, shows(SEND_TITLE), WORK / "DAY.LBT", shows("Send File"))
-        transfer = self.transfers("rx", "-c", "got")
-        run(program, "Send", status("Completed"), picture("send"), "Close", shows(MAIN))
+        transfer = self.line.start("rx", "-c", "got", folder=self.portable)
+        run(program, "Send", waits("Status: Completed"), picture("send"), "Close", shows(MAIN))
         self.assertEqual(transfer.finish(), 0)
         self.assert_padded((self.portable / "got").read_bytes(), COUNT + PEOPLE + SHOP)
 
     def receives(self, program):
-        run(program, ID.CMD_AUTO_RECEIVE, shows("Enter Filename Without*"), WORK / "COUNT", shows("Extension Starting Number"),
-            spin("Select Auto Receive Starting Number", "+"), "OK", shows("Auto Receive File"), "Receive")
+        run(program, ID.CMD_AUTO_RECEIVE, shows("Enter Filename Without*"), WORK / "COUNT", shows("Extension*"), spin(
+            "Select Auto Receive Starting Number", "+"), "OK", shows("Auto Receive File"), "Receive")
         for name, content in zip(NAMES, COLLECTED):
-            run(program, file(name), status("Waiting"))
+            run(program, waits(f"File: {name}|Status: Waiting"))
             (self.portable / "COUNT").write_bytes(content + bytes(-len(content) % 128))
-            self.assertEqual(self.transfers("sx", "COUNT").finish(), 0)
-        run(program, file("COUNT.003"), status("Waiting"), picture("auto-receive"), cancel, status("User Abort"), "Close",
-            shows(MAIN))
+            self.assertEqual(self.line.start("sx", "COUNT", folder=self.portable).finish(), 0)
+        run(program, waits("File: COUNT.003|Status: Waiting"), picture("auto-receive"),
+            lambda _: program.screen.click("Cancel"),  # a transfer takes only what is posted, as by the mouse
+            waits("Status: User Abort"), "Close", shows(MAIN))
         for name, content in zip(NAMES, COLLECTED):
             self.assert_holds(name, content)
         self.assertEqual([line.split()[-3:] for line in (WORK / "LOG.TXT").read_text().splitlines()[4:]],
@@ -145,9 +116,15 @@ class DayTest(ScriptTest):
         run(program, ID.CMD_MONITOR, to_monitor, ID.CMD_MON_SETTING, shows("Serial Port"), "COM1|OK", shows(MAIN),
             to_monitor, ID.CMD_MON_CAPTURE, portable_sends, picture("monitor"), ID.CMD_MON_CAPTURE)
         self.line.wait_closed()
-        run(program, ID.CMD_SAVE, shows("Save As"), WORK / "LINE.CAP", shows(MAIN), to_monitor, settled, closes, shows(MAIN))
+        run(program, ID.CMD_SAVE, shows("Save As"), WORK / "LINE.CAP", shows(MAIN), to_monitor, settled, closes)
         self.assert_holds("LINE.CAP", captured(COLLECTED[1]))
 
     def test_day(self):
+        self.portable, self.folder = self.folder, WORK
+        shutil.rmtree(WORK, ignore_errors=True)  # of a run that was broken off
+        self.addCleanup(shutil.rmtree, WORK)
+        WORK.mkdir()
+        shutil.copy(ROOT / "tests/data/people.csv", WORK)
+        self.file("NEW.UPG", b"HEAD" + bytes(5000) + crc(bytes(5000)))
         program = self.start(PREPARES, self.sends, self.receives, LOOKS, self.watches, UPGRADES)
         self.assertEqual(program.exit(), 0)
