@@ -48,9 +48,9 @@ FIELDS = [  # what the operator does, and what the record then holds beside the 
     (["New Screen|Input Source: L|Start Row: 1|End Row: 1"],
      dict(flags=0x92, source="L", bar_codes=0x8000, row=1, end_row=1)),
     (["New Screen|Start Row: 2|End Row: 2|Prompt Text: Colour:", programming.defines(programming.TABLE),
-      "Add|Table Entries: RED", key(VK_RETURN, "GREEN"), key(VK_RETURN, "BLUE"), "Error Message: RED, GREEN OR BLUE",
+      "Add|Table Entries: RED", key(VK_RETURN, "GREEN"), key(VK_RETURN, "BLUE"), "Error Message: NO SUCH COLOUR",
       picture("lookup-table"), "OK", shows(programming.FIELD)],
-     dict(flags=0xD2, row=2, end_row=2, prompt=b"Colour:", lookup=b"T,RED,GREEN,BLUE,?RED, GREEN OR BLUE")),
+     dict(flags=0xD2, row=2, end_row=2, prompt=b"Colour:", lookup=b"T,RED,GREEN,BLUE,?NO SUCH COLOUR")),
     (["New Screen|Start Row: 3|End Row: 3|Prompt Text: Qty:|Input Source: K|Input Max: 5|Input Mask: D",
       picture("field")], dict(flags=0xD2, row=3, end_row=3, prompt=b"Qty:", source="K", max=5, mask=b"D"))]
 COUNT = programming.program_file(b"COUNT", [record for _, record in FIELDS], counts=(1, 1, 1, 4, 4, 4), sof=b"\xA0\r")
