@@ -7,7 +7,7 @@ import termios
 import time
 
 from tolvan import (COM1, ID, IDCANCEL, IDOK, IDYES, WM_KEYDOWN, WM_NULL, WM_SYSCOMMAND, Program, ProgramTest,
-                    read_settings, wait_for)
+                    read_settings)
 
 BYTES_A_SECOND, DRIVER_QUEUE, LINE_LIMIT = 3840, 4095, 40  # at 38400 bit/s; bytes; characters
 CONTROL_NAMES = ("NUL SOH STX ETX EOT ENQ ACK BEL BS HT LF VT FF CR SO SI "
@@ -40,8 +40,7 @@ def captured(data):
 class MonitorTest(ProgramTest):
     def open_monitor(self, program):
         program.command(ID.CMD_MONITOR)
-        return wait_for("the monitor", lambda: next(
-            (window for window in program.own_windows() if window.known["class"] == "MONITOR"), None))
+        return program.monitor()
 
     def capture(self, monitor):
         monitor.command(ID.CMD_MON_CAPTURE)

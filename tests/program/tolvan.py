@@ -34,7 +34,8 @@ DRIVE = ROOT / "build/win64/drive.exe"
 FAKE_MODEM = ROOT / "build/native/libfake_modem.so"
 PREFIX = pathlib.Path(os.environ.get("WINEPREFIX", ROOT / "build/test-prefix"))
 COM1 = ROOT / "build/test-com1"
-INI = PREFIX / "drive_c/windows/TolvanP.INI"
+DRIVE_C = PREFIX / "drive_c"
+INI = DRIVE_C / "windows/TolvanP.INI"
 APP_DATA_INI_PATTERN = "drive_c/users/*/AppData/Roaming/TolvanP.INI"
 
 TITLE = "Tolvan Programmer V1.17"  # of the program, of its questions, and its window class
@@ -86,7 +87,10 @@ def crc(data):
 
 
 def windows_path(path):
-    return "Z:" + str(path).replace("/", "\\")
+    """As the program names it: the prefix has its own drive, all else is on drive Z."""
+    path = pathlib.Path(path)
+    drive, root = ("C:", DRIVE_C) if path.is_relative_to(DRIVE_C) else ("Z:", "/")
+    return f"{drive}\\" + str(path.relative_to(root)).replace("/", "\\")
 
 
 class Desktop:
@@ -361,6 +365,11 @@ class Program:
             return window if window and window.known["enabled"] else None
         return wait_for(f"the window {title!r} (there are "
                         f"{[window.known['text'] for window in self.own_windows()]})", ready, limit)
+
+    def monitor(self):
+        """The monitor's window, as soon as it is there."""
+        return wait_for("the monitor", lambda: next(
+            (window for window in self.own_windows() if window.known["class"] == "MONITOR"), None))
 
     def command(self, identifier):
         self.main.command(identifier)
