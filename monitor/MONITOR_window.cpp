@@ -433,6 +433,9 @@ bool run_command(HWND hwnd, int id) {
 
 void prepare(HWND hwnd) {
     monitor_window = hwnd;
+    // The class brings no icon, and the system's stands for any program.
+    SendMessageA(hwnd, WM_SETICON, ICON_SMALL,
+                 reinterpret_cast<LPARAM>(LoadIconA(hInstance, MAKEINTRESOURCEA(ICON_MAIN))));
     capture = {.loop_runs = capture.loop_runs};
     clear_captured_text();
     initialize_com_settings();
