@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 inline void write_bytes(const std::string& name, const std::string& bytes) {
+    std::filesystem::remove(name); // a file that is cut and written anew goes to the disk at once: minutes
     std::ofstream(name, std::ios::binary) << bytes;
 }
 
