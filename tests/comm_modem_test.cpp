@@ -31,8 +31,7 @@ void expect_dialogue(const std::vector<STEP>& expected) {
 }
 
 void expect_clock(std::uint32_t since, std::uint32_t passed) {
-    EXPECT_GE(desktop_clock - since, passed);
-    EXPECT_LE(desktop_clock - since, passed + 60);
+    EXPECT_NEAR(desktop_clock - since, passed + 30, 30);
 }
 
 TEST_F(CommModem, DialsToTheByteAndTheMillisecond) {
@@ -68,9 +67,7 @@ TEST_F(CommModem, HoldsTheNumberAndCutsIt) {
     phone_number = "111";
     line_script.typed_number.reset();
     EXPECT_EQ(send_modem(nullptr, &port), TRANSFER_DIAL_CANCELLED);
-    EXPECT_EQ(line_record.offered_number, "111");
-    EXPECT_EQ(phone_number, "111");
-    EXPECT_EQ(event_texts(), "ask number");
+    EXPECT_EQ(line_record.offered_number + phone_number + event_texts(), "111111ask number");
     line_script.typed_number = std::string(40, '7');
     EXPECT_EQ(send_modem(nullptr, &port), TRANSFER_COMPLETED);
     EXPECT_EQ(phone_number, std::string(29, '7'));
