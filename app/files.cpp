@@ -6,7 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <exception>
+#include <new>
 #include <sys/types.h>
 
 namespace {
@@ -88,11 +88,9 @@ std::optional<std::string> read_whole_file(std::FILE* file) {
     if (length < 0 || !seek_file(file, 0))
         return {};
     std::string bytes;
-    try {
-        bytes.resize(static_cast<std::size_t>(length));
-    } catch (const std::exception&) { // too long for memory or for any string
-        return {};
-    }
+    if (static_cast<std::uint64_t>(length) > bytes.max_size())
+        throw std::bad_alloc();
+    bytes.resize(static_cast<std::size_t>(length));
     if (std::fread(bytes.data(), 1, bytes.size(), file) != bytes.size())
         return {};
     return bytes;

@@ -24,8 +24,7 @@ std::int64_t file_length(std::FILE* file);
 // Moves to `position`, which may lie past 2 GiB. False when the file refuses.
 bool seek_file(std::FILE* file, std::int64_t position);
 
-// All bytes of an open file from its start; nothing when they could not all be read or memory cannot hold
-// them.
+// All bytes of an open file from its start; nothing when they could not all be read. std::bad_alloc passes.
 std::optional<std::string> read_whole_file(std::FILE* file);
 
 // Writes `bytes` to a new sibling of `name`, stamps its checksum of the given type, and only then puts it in

@@ -69,8 +69,8 @@ void import_rows(benchmark::State& state, const std::string& start, std::string_
     columns_taken = columns;
     const double seconds = measure_rows(state, start, row, [import](const std::string& name) {
         initialize_memory();
-        const auto bytes = read_whole_file(open_file(name, "rb").get());
-        TEXT_SOURCE source{*bytes};
+        const FILE_HANDLE file = open_file(name, "rb");
+        TEXT_SOURCE source = open_source(file.get());
         if (import(nullptr, source) < static_cast<std::int64_t>(IMPORT_SIZE / 100))
             std::abort();
     });

@@ -65,7 +65,7 @@ target_compile_definitions(fuzz_replay PRIVATE TOLVAN_CORPUS="${CMAKE_SOURCE_DIR
 add_executable(fault_tests fuzz/faults_test.cpp)
 target_link_libraries(fault_tests PRIVATE tolvan_fuzz_targets GTest::gtest_main)
 target_link_options(fault_tests PRIVATE
-    -Wl,--wrap=fopen64,--wrap=fwrite,--wrap=fseeko64,--wrap=fclose,--wrap=rename)
+    -Wl,--wrap=fopen64,--wrap=fread,--wrap=ferror,--wrap=fwrite,--wrap=fseeko64,--wrap=fclose,--wrap=rename)
 
 # Makes the files in samples/ with the program's own code.
 add_executable(make_samples tools/make_samples.cpp)

@@ -4,6 +4,8 @@ namespace {
 
 constexpr char XON = 0x11;
 constexpr char XOFF = 0x13;
+constexpr DWORD INPUT_QUEUE = 65536; // bytes: what comes while the program is busy must wait somewhere
+constexpr DWORD OUTPUT_QUEUE = 4096;
 constexpr char DEVICE_FOLDER[] = "\\\\.\\"; // port numbers above 9 are known by this name only
 
 // An open line is its port's handle under the seam's name.
@@ -41,6 +43,7 @@ OPENED_LINE open_line(const LINE_SETTINGS& settings) {
                               nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (port == INVALID_HANDLE_VALUE)
         return {LINE_OPENING::NO_PORT, nullptr};
+    SetupComm(port, INPUT_QUEUE, OUTPUT_QUEUE); // a wish: a driver may have queues of its own
     // Reads return at once with what waits; only writes have a limit.
     COMMTIMEOUTS limits{MAXDWORD, 0, 0, 0, settings.write_limit};
     // A port that refuses is left open, as the portable's desktop always did.

@@ -36,11 +36,9 @@ char fold(char c) {
 }
 
 // The portable's own text form says on its first line what it is.
-bool is_own_text(std::string_view bytes, int file_type) {
-    TEXT_SOURCE source{bytes};
-    std::string line;
-    return read_line(source, line, LINE_LIMIT) == 1 && line.size() == 1 &&
-           fold(line.front()) == own_text_letter(file_type);
+bool is_own_text(std::string_view start, int file_type) {
+    return !start.empty() && fold(start.front()) == own_text_letter(file_type) &&
+           (start.size() == 1 || is_line_end(start[1]));
 }
 
 bool is_text_character(char c) {
@@ -49,23 +47,27 @@ bool is_text_character(char c) {
 
 // A file with the type byte of a system file ends where its length word says, but for NULs behind it; else it
 // is the first member of a library. Program and setup files do not count their checksum.
-EDIT_FILE recognise_by_length(std::string_view bytes, char type) {
-    BYTE_READER reader{bytes};
+EDIT_FILE recognise_by_length(const TEXT_SOURCE& source, char type) {
+    BYTE_READER reader{source.rest};
     const std::uint64_t length = read_long(reader);
     const std::uint64_t end = type == LOOKUP_FILE_TYPE ? length : length + CHECKSUM_SIZE;
-    if (end <= bytes.size()) {
-        const std::size_t behind = bytes.find_first_not_of('\0', static_cast<std::size_t>(end));
-        return behind == std::string_view::npos ? EDIT_FILE::LOOKUP_SYSTEM : EDIT_FILE::LIBRARY;
+    if (end == source.size)
+        return EDIT_FILE::LOOKUP_SYSTEM;
+    if (end < source.size) {
+        const bool padded =
+            seek_file(source.file, static_cast<std::int64_t>(end)) && is_null_padded(source.file) == 1;
+        return padded ? EDIT_FILE::LOOKUP_SYSTEM : EDIT_FILE::LIBRARY;
     }
     // A text may well have such a letter there, which makes its first characters an absurd length.
-    const std::string_view start = bytes.substr(0, FILE_START_SIZE);
+    const std::string_view start = source.rest.substr(0, FILE_START_SIZE);
     return std::all_of(start.begin(), start.end(), is_text_character) ? EDIT_FILE::FREE_TEXT
                                                                       : EDIT_FILE::LOOKUP_SYSTEM;
 }
 
 // The tests stand in the order in which they count.
-EDIT_FILE recognise(std::string_view bytes, int file_type) {
-    if (is_dbase_file(bytes) == 1)
+EDIT_FILE recognise(const TEXT_SOURCE& source, int file_type) {
+    const std::string_view bytes = source.rest;
+    if (is_dbase_file(bytes, source.size) == 1)
         return EDIT_FILE::DBASE;
     if (is_own_text(bytes, file_type))
         return EDIT_FILE::OWN_TEXT;
@@ -75,7 +77,7 @@ EDIT_FILE recognise(std::string_view bytes, int file_type) {
     const char type = bytes.size() >= FILE_START_SIZE ? fold(bytes[FILE_START_SIZE - 1]) : '\0';
     if (type != LOOKUP_FILE_TYPE && (marked || !is_library_member_type(static_cast<std::uint8_t>(type))))
         return marked ? EDIT_FILE::QUENDAL : EDIT_FILE::FREE_TEXT;
-    const EDIT_FILE kind = recognise_by_length(bytes, type);
+    const EDIT_FILE kind = recognise_by_length(source, type);
     // With the mark it is taken for one file, as a length may hold that byte too.
     return marked && kind == EDIT_FILE::LIBRARY ? EDIT_FILE::LOOKUP_SYSTEM : kind;
 }
@@ -86,7 +88,7 @@ void set_name_from_path(const std::string& file_name) {
 
 // Takes the next line for a name. False when there is none or it is too long for one.
 bool read_name_line(TEXT_SOURCE& source, std::string& name) {
-    std::string line;
+    std::string_view line;
     if (read_line(source, line, LINE_LIMIT) == 0 || line.size() > FILE_NAME_LIMIT)
         return false;
     name = line;
@@ -94,7 +96,7 @@ bool read_name_line(TEXT_SOURCE& source, std::string& name) {
 }
 
 std::int64_t read_own_text(WINDOW owner, TEXT_SOURCE& source, int file_type) {
-    std::string letter;
+    std::string_view letter;
     std::string program_name;
     read_line(source, letter, LINE_LIMIT);
     if (!read_name_line(source, sys_file_name) || !read_name_line(source, program_name))
@@ -115,15 +117,8 @@ std::int64_t refuse_open(WINDOW owner) {
     return 0;
 }
 
-std::int64_t read_recognised(WINDOW owner, const std::string& file_name, int file_type) {
-    FILE_HANDLE file = open_file(file_name, "rb");
-    if (!file)
-        return refuse_open(owner);
-    const auto bytes = read_whole_file(file.get());
-    if (!bytes)
-        return refuse_open(owner);
-    TEXT_SOURCE source{*bytes};
-    const EDIT_FILE kind = recognise(*bytes, file_type);
+std::int64_t read_recognised(WINDOW owner, const std::string& file_name, TEXT_SOURCE& source, int file_type,
+                             EDIT_FILE kind) {
     if (kind == EDIT_FILE::DBASE)
         return import(owner, source, file_name, read_dbase_file);
     data_program_name.clear();
@@ -131,9 +126,8 @@ std::int64_t read_recognised(WINDOW owner, const std::string& file_name, int fil
     case EDIT_FILE::OWN_TEXT:
         return read_own_text(owner, source, file_type);
     case EDIT_FILE::LOOKUP_SYSTEM:
-        return read_lookup_sys_file(owner, file.get());
+        return read_lookup_sys_file(owner, source.file);
     case EDIT_FILE::LIBRARY:
-        file.reset();
         return read_library_member(
             owner, file_name, [owner](std::FILE* member) { return read_lookup_sys_file(owner, member); });
     case EDIT_FILE::QUENDAL:
@@ -141,6 +135,21 @@ std::int64_t read_recognised(WINDOW owner, const std::string& file_name, int fil
     default:
         return import(owner, source, file_name, read_text_ascii_file);
     }
+}
+
+// What could be read of a failing disk is not the file: it is not shown as if it were.
+std::int64_t read_whole_or_nothing(WINDOW owner, const std::string& file_name, int file_type) {
+    const FILE_HANDLE file = open_file(file_name, "rb");
+    if (!file)
+        return refuse_open(owner);
+    TEXT_SOURCE source = open_source(file.get());
+    fill_source(source, DBASE_HEADER_SIZE);
+    if (source.failed)
+        return refuse_open(owner);
+    const EDIT_FILE kind = recognise(source, file_type);
+    rewind_source(source);
+    const std::int64_t result = read_recognised(owner, file_name, source, file_type, kind);
+    return source.failed ? refuse_open(owner) : result;
 }
 
 void report_changed_records(WINDOW owner) {
@@ -174,7 +183,7 @@ std::int64_t read_edit_file(WINDOW owner, const std::string& file_name, int file
     changed_records = 0;
     std::int64_t result = 0;
     try {
-        result = read_recognised(owner, file_name, file_type);
+        result = read_whole_or_nothing(owner, file_name, file_type);
     } catch (const std::bad_alloc&) {
         result = report_out_of_memory(owner);
     }

@@ -28,15 +28,18 @@ namespace {
 
 constexpr std::size_t PROGRESS_STEP = std::size_t{64} << 10; // bytes between two updates of the progress box
 
+constexpr std::size_t PIECE_SIZE = std::size_t{64} << 10; // bytes that a source reads at once
+
 constexpr std::string_view LINE_END = "\r\n";
 constexpr std::size_t RECORD_COUNT_OFFSET = 16;
 constexpr std::uint8_t RECORD_MARKER = 0xFF;
 constexpr std::size_t LONGEST_SYSTEM_RECORD = 255; // characters: the length is one byte
+
 enum class LOADED { ALL, TOO_SHORT, OUT_OF_MEMORY };
 
 LOADED load_lines(TEXT_SOURCE& source, std::int64_t* count) {
-    PROGRESS progress{{open_status_box(STATUS_READ_TEXT), {}}, source.bytes.size()};
-    std::string line;
+    PROGRESS progress{{open_status_box(STATUS_READ_TEXT), {}}, source.size};
+    std::string_view line;
     for (*count = 0; read_line(source, line, LINE_LIMIT) == 1; ++*count) {
         if (add_record_entry(line) == 0)
             return LOADED::OUT_OF_MEMORY;
@@ -100,20 +103,53 @@ int report_out_of_memory(WINDOW owner) {
     return -1;
 }
 
-int read_line(TEXT_SOURCE& source, std::string& input_str, std::size_t str_size) {
-    const std::string_view rest = source.bytes.substr(source.position);
+TEXT_SOURCE open_source(std::FILE* file) {
+    TEXT_SOURCE source{.file = file, .piece = {}, .rest = {}};
+    source.size = static_cast<std::size_t>(std::max(file_length(file), std::int64_t{0}));
+    rewind_source(source);
+    return source;
+}
+
+void rewind_source(TEXT_SOURCE& source) {
+    std::rewind(source.file);
+    source.position = 0;
+    source.rest = {};
+}
+
+void fill_source(TEXT_SOURCE& source, std::size_t wanted) {
+    if (source.rest.size() >= wanted || std::feof(source.file) != 0)
+        return;
+    const std::size_t kept = source.rest.size();
+    std::copy(source.rest.begin(), source.rest.end(), source.piece.begin());
+    source.piece.resize(wanted + PIECE_SIZE);
+    char* const unread = source.piece.data() + kept;
+    const std::size_t read = std::fread(unread, 1, source.piece.size() - kept, source.file);
+    source.rest = {source.piece.data(), kept + read};
+    source.failed |= std::ferror(source.file) != 0;
+}
+
+std::string_view take_bytes(TEXT_SOURCE& source, std::size_t size) {
+    const std::string_view bytes = source.rest.substr(0, size);
+    source.rest.remove_prefix(bytes.size());
+    source.position += bytes.size();
+    return bytes;
+}
+
+int read_line(TEXT_SOURCE& source, std::string_view& input_str, std::size_t str_size) {
+    fill_source(source, str_size + 2); // with its line end
+    const std::string_view rest = source.rest;
     if (rest.empty())
         return 0;
     std::string_view line = rest.substr(0, str_size);
     line = line.substr(0, line.find('\n'));
     line = line.substr(0, line.find('\r'));
     input_str = line;
-    source.position += line.size();
+    std::size_t taken = line.size();
     // A full line leaves the line end behind it to the next call.
-    if (line.size() < str_size) {
-        const std::string_view line_end = rest.substr(line.size(), 2);
-        source.position += std::min(line_end.find_first_not_of(LINE_END), line_end.size());
-    }
+    if (line.size() < str_size)
+        while (taken < std::min(rest.size(), line.size() + 2) && is_line_end(rest[taken]))
+            ++taken;
+    take_bytes(source, taken);
     return 1;
 }
 

@@ -13,15 +13,32 @@
 inline constexpr std::size_t LINE_LIMIT = 251; // characters of a line; a longer one becomes several records
 inline constexpr char LOOKUP_FILE_TYPE = 'R';  // type byte of a lookup system file
 
-// A file read whole, from the front.
+// An open file read from the front, in large pieces. What is taken lies in the piece at hand: it is gone when
+// the source is filled again.
 struct TEXT_SOURCE {
-    std::string_view bytes;
-    std::size_t position = 0;
+    std::FILE* file;
+    std::size_t size = 0;     // bytes of the file
+    std::size_t position = 0; // bytes taken
+    std::string piece;
+    std::string_view rest; // of the piece: what is still to be taken
+    bool failed = false;   // sticky: the file could not be read to its end
 };
+TEXT_SOURCE open_source(std::FILE* file);
+void rewind_source(TEXT_SOURCE& source);
+
+// Makes `rest` hold at least `wanted` bytes, or all that the file still has.
+void fill_source(TEXT_SOURCE& source, std::size_t wanted);
+
+// The next `size` bytes, or those that are left, without filling the source.
+std::string_view take_bytes(TEXT_SOURCE& source, std::size_t size);
+
+inline bool is_line_end(char character) {
+    return character == '\r' || character == '\n';
+}
 
 // The next line, cut at its end; at most `str_size` bytes. CR, LF and any two of them are one line end. 0 at
 // the end of the file, else 1.
-int read_line(TEXT_SOURCE& source, std::string& input_str, std::size_t str_size);
+int read_line(TEXT_SOURCE& source, std::string_view& input_str, std::size_t str_size);
 
 // Appends a text and a line end to a file image.
 void write_line(std::string& image, std::string_view output_str);

@@ -29,18 +29,20 @@ struct IMPORT_OPTIONS {
 // the operator cancels.
 bool choose_import_fields(WINDOW owner, std::vector<FIELD_DESCRIPTOR>& fields, IMPORT_OPTIONS& options);
 
-// 1 when the bytes start with a dBase header, else 0.
-int is_dbase_file(std::string_view bytes);
+inline constexpr std::size_t DBASE_HEADER_SIZE = 32; // bytes
 
-// Splits a line (without its end and without a NUL) at its commas and returns the number of values. They lie
-// in the line, which is changed where they held what is not printable.
+// 1 when a file of `size` bytes that starts with these (at least DBASE_HEADER_SIZE, if it has as many) starts
+// with a dBase header, else 0.
+int is_dbase_file(std::string_view start, std::size_t size);
+
+// Splits a line (without its end) at its commas and returns the number of values, which lie in the line.
 //
 // A quote means something only where a value starts, up to the next quote. What follows a closing quote
 // before the next comma is a value of its own. A comma that ends the line adds a value only when the line
 // starts with an empty value and all behind that one are quoted.
-std::size_t parse_buffer(std::string& line, std::vector<std::string_view>& values);
+std::size_t parse_buffer(std::string_view line, std::vector<std::string_view>& values);
 
-// Both start at the front of the source, import into the store and return the number of records added. An
+// Both start at the front of the file, import into the store and return the number of records added. An
 // error ends the text import with what was added before it (reported). -1 when the operator cancelled, the
 // header of the dBase table is cut (not reported), or memory ran out (reported; what was added stays).
 std::int64_t read_dbase_file(WINDOW owner, TEXT_SOURCE& source);

@@ -22,7 +22,7 @@ std::list<MEMCHUNK> allocate_chunks(std::size_t count) {
     try {
         std::list<MEMCHUNK> fresh(count);
         for (auto& chunk : fresh)
-            chunk.data = std::make_unique<char[]>(MEMCHUNK_SIZE);
+            chunk.data = std::make_unique_for_overwrite<char[]>(MEMCHUNK_SIZE);
         return fresh;
     } catch (const std::bad_alloc&) {
         return {};
@@ -124,6 +124,20 @@ void write_record(char* place, std::string_view part, std::string_view text) {
         ++changed_records;
 }
 
+// Opens a gap for a record behind the last one. Where nothing has to move, nothing else is asked.
+char* append_gap(std::size_t size) {
+    char* end = goto_last_record();
+    if (end == nullptr)
+        return nullptr;
+    MEMCHUNK& last = *current_memchunk;
+    if (last.used + size + 1 >= MEMCHUNK_SIZE)
+        return mem_shift(end, static_cast<int>(size));
+    end[size] = END_OF_RECORDS;
+    last.used += size;
+    ++last.records;
+    return end;
+}
+
 } // namespace
 
 char* initialize_memory() {
@@ -190,20 +204,37 @@ char* mem_shift(char* place, int shift) {
 }
 
 int add_record_entry(std::string_view text) {
-    char* end = goto_last_record();
-    if (end == nullptr)
-        return 0;
     const auto part = holdable_part(text);
-    MEMCHUNK& last = *current_memchunk;
-    const std::size_t size = part.size() + 1;
-    if (last.used + size + 1 >= MEMCHUNK_SIZE)
-        return insert_record_entry(end, text) != nullptr ? 1 : 0;
-    // Readers append by the million: where nothing has to move, nothing is asked.
-    write_record(end, part, text);
-    end[size] = END_OF_RECORDS;
-    last.used += size;
-    ++last.records;
-    return 1;
+    char* gap = append_gap(part.size() + 1);
+    if (gap != nullptr)
+        write_record(gap, part, text);
+    return gap != nullptr ? 1 : 0;
+}
+
+// Readers append by the million: what fits the last chunk is copied there in one go.
+std::size_t add_printable_entries(std::span<const std::string_view> texts) {
+    std::size_t added = 0;
+    while (added < texts.size()) {
+        char* place = goto_last_record();
+        if (place == nullptr)
+            break;
+        MEMCHUNK& last = *current_memchunk;
+        const char* const chunk_end = last.data.get() + MEMCHUNK_SIZE;
+        for (; added < texts.size() && texts[added].size() + 2 < static_cast<std::size_t>(chunk_end - place);
+             ++added) {
+            place = std::copy(texts[added].begin(), texts[added].end(), place);
+            *place++ = '\0';
+            ++last.records;
+        }
+        *place = END_OF_RECORDS;
+        last.used = static_cast<std::size_t>(place - last.data.get());
+        if (added < texts.size()) {
+            if (insert_record_entry(place, texts[added]) == nullptr)
+                break;
+            ++added;
+        }
+    }
+    return added;
 }
 
 char* insert_record_entry(char* record, std::string_view text) {

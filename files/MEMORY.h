@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <list>
 #include <memory>
+#include <span>
 #include <string_view>
 
 inline constexpr std::size_t MEMCHUNK_SIZE = 32768; // bytes
@@ -54,6 +55,8 @@ char* mem_shift(char* place, int shift);
 // cleared; the readers tell the operator. A text must not lie in the store itself.
 extern std::uint32_t changed_records;
 int add_record_entry(std::string_view text); // behind the last; 1, or 0 when memory is exhausted
+// The same for texts of printable characters alone, unchecked. How many were appended before memory ran out.
+std::size_t add_printable_entries(std::span<const std::string_view> texts);
 char* insert_record_entry(char* record, std::string_view text);  // before it; the new record, or nullptr
 char* delete_record_entry(char* record);                         // the record that followed
 char* realloc_record_entry(char* record, std::string_view text); // the record with its new text, or nullptr

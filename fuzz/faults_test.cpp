@@ -23,6 +23,7 @@
 namespace {
 
 int operations_to_fault; // the operation that this comes down to 0 at fails
+bool read_failed;        // by such a fault
 
 bool is_faulty() {
     return operations_to_fault > 0 && --operations_to_fault == 0;
@@ -34,6 +35,8 @@ bool is_faulty() {
 extern "C" {
 std::FILE* __real_fopen64(const char* name, const char* mode);
 std::size_t __real_fwrite(const void* data, std::size_t size, std::size_t count, std::FILE* file);
+std::size_t __real_fread(void* data, std::size_t size, std::size_t count, std::FILE* file);
+int __real_ferror(std::FILE* file);
 int __real_fseeko64(std::FILE* file, off_t offset, int origin);
 int __real_fclose(std::FILE* file);
 int __real_rename(const char* from, const char* to);
@@ -45,6 +48,17 @@ std::FILE* __wrap_fopen64(const char* name, const char* mode) {
 // A full disk takes a part.
 std::size_t __wrap_fwrite(const void* data, std::size_t size, std::size_t count, std::FILE* file) {
     return __real_fwrite(data, size, is_faulty() ? count / 2 : count, file);
+}
+
+// A failing disk gives a part, and the file remembers the error.
+std::size_t __wrap_fread(void* data, std::size_t size, std::size_t count, std::FILE* file) {
+    const bool fails = is_faulty();
+    read_failed |= fails;
+    return __real_fread(data, size, fails ? count / 2 : count, file);
+}
+
+int __wrap_ferror(std::FILE* file) {
+    return read_failed ? 1 : __real_ferror(file);
 }
 
 int __wrap_fseeko64(std::FILE* file, off_t offset, int origin) {
@@ -206,6 +220,25 @@ TEST_P(Faults, LeaveTheOldFileOrTheNewOne) {
         EXPECT_EQ(claimed, left == new_bytes);
         EXPECT_EQ(files_beside(name), files);
         ASSERT_LT(operation, 1000);
+    }
+}
+
+// What could be read of a file is never taken for all of it.
+TEST_P(Faults, OfReadingAreNoShorterFiles) {
+    const std::string bytes = saved(false);
+    bool faulted = true;
+    for (int operation = 1; faulted; ++operation) {
+        SCOPED_TRACE(operation);
+        begin();
+        const std::string name = input_file(bytes, GetParam().extension);
+        operations_to_fault = operation;
+        const bool opened = GetParam().open(name);
+        faulted = operations_to_fault == 0;
+        operations_to_fault = 0;
+        read_failed = false;
+        EXPECT_TRUE(!opened || (GetParam().save(name) && bytes_of(name) == bytes) ||
+                    GetParam().may_leave_part);
+        EXPECT_TRUE(opened || faulted);
     }
 }
 

@@ -97,6 +97,14 @@ void* operator new(std::size_t size) {
     return reinterpret_cast<char*>(block) + SPACE;
 }
 
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
 void operator delete(void* place) noexcept {
     if (place == nullptr)
         return;
@@ -106,6 +114,10 @@ void operator delete(void* place) noexcept {
 }
 
 void operator delete(void* place, std::size_t) noexcept {
+    operator delete(place);
+}
+
+void operator delete(void* place, const std::nothrow_t&) noexcept {
     operator delete(place);
 }
 

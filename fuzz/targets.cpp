@@ -83,14 +83,15 @@ void fuzz_data_file(std::string_view input) {
 
 void fuzz_import(std::string_view input, std::int64_t (*read)(WINDOW, TEXT_SOURCE&)) {
     initialize_memory();
-    TEXT_SOURCE source{input};
+    const FILE_HANDLE file = open_file(input_file(input, ".TXT"), "rb");
+    TEXT_SOURCE source = open_source(file.get());
     const std::int64_t result = read(nullptr, source);
     require(result < 0 || result == stored_records());
     free_memblock();
 }
 
 void fuzz_dbase(std::string_view input) {
-    if (is_dbase_file(input) == 1)
+    if (is_dbase_file(input, input.size()) == 1)
         fuzz_import(input, read_dbase_file);
 }
 

@@ -47,11 +47,11 @@ bool read_mon_line(BYTE_READER& file, MON_STRINGS& line) {
 }
 
 bool open_capture_file(WINDOW owner, const std::string& file_name) {
-    const FILE_HANDLE file = open_file(file_name, "rb");
-    const std::optional<std::string> image = file ? read_whole_file(file.get()) : std::nullopt;
-    if (!image)
-        return refuse(owner, CANNOT_OPEN);
     try {
+        const FILE_HANDLE file = open_file(file_name, "rb");
+        const std::optional<std::string> image = file ? read_whole_file(file.get()) : std::nullopt;
+        if (!image)
+            return refuse(owner, CANNOT_OPEN);
         std::deque<MON_STRINGS> lines;
         BYTE_READER reader{*image};
         for (MON_STRINGS line; read_mon_line(reader, line);)

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <span>
 #include <utility>
 
 namespace {
@@ -28,7 +29,8 @@ constexpr int COMMANDS_OUT_OF_CAPTURE[] = {CMD_OPEN, CMD_SAVE, CMD_MON_PRINT};
 // At the fastest rate, 38400 bit/s, some 100 bytes come meanwhile; the driver holds thousands.
 constexpr DWORD POLL_INTERVAL = 25; // milliseconds
 constexpr UINT_PTR POLL_TIMER = 1;
-constexpr int BYTES_AT_ONCE = 4096; // until the window's messages have their turn
+constexpr int MOST_ERRORS_AT_ONCE = 100; // a line held in break reports errors without end
+constexpr int BYTES_AT_ONCE = 4096;      // until the window's messages have their turn
 
 struct CAPTURE {
     bool on = false;
@@ -55,14 +57,18 @@ int scaled(int pixels) {
 }
 
 // The system's fixed-pitch font, in which 40 columns and 17 rows fit the window; kept for the program's life.
+// It is made of pixels: where they are smaller, an outline font has its height.
 HFONT text_font() {
     static HFONT font = nullptr;
     if (font == nullptr) {
-        LOGFONTA system_font{};
-        GetObjectA(GetStockObject(ANSI_FIXED_FONT), sizeof system_font, &system_font);
-        system_font.lfHeight = scaled(system_font.lfHeight);
-        system_font.lfWidth = 0; // in proportion
-        font = CreateFontIndirectA(&system_font);
+        LOGFONTA description{};
+        GetObjectA(GetStockObject(ANSI_FIXED_FONT), sizeof description, &description);
+        if (const int height = scaled(description.lfHeight); height != description.lfHeight) {
+            description.lfHeight = height;
+            description.lfWidth = 0; // in proportion
+            lstrcpynA(description.lfFaceName, "Courier New", LF_FACESIZE);
+        }
+        font = CreateFontIndirectA(&description);
     }
     return font;
 }
@@ -204,9 +210,8 @@ void scroll_by_wheel(HWND hwnd, int turned) {
     static int remainder = 0; // of fine wheels, which report parts of a notch
     UINT lines_a_notch = 3;
     SystemParametersInfoA(SPI_GETWHEELSCROLLLINES, 0, &lines_a_notch, 0);
-    lines_a_notch =
-        std::min(lines_a_notch, static_cast<UINT>(scroll_values().page)); // "a page" is a huge number
-    remainder += turned * static_cast<int>(lines_a_notch);
+    const UINT page = static_cast<UINT>(scroll_values().page);
+    remainder += turned * static_cast<int>(std::min(lines_a_notch, page)); // a huge number stands for a page
     scroll_to(hwnd, static_cast<std::int64_t>(captured_text.top_line) - remainder / WHEEL_DELTA);
     remainder %= WHEEL_DELTA;
 }
@@ -228,8 +233,9 @@ void show_capture_state(HWND hwnd) {
 bool receive_bytes(HWND hwnd) {
     if (capture.port == nullptr)
         return false;
-    while (clear_line_error(capture.port, nullptr) != 0)
-        continue;
+    for (int tries = 0; clear_line_error(capture.port, nullptr) != 0; ++tries)
+        if (tries == MOST_ERRORS_AT_ONCE)
+            return false;
     std::uint8_t byte = 0;
     int count = 0;
     while (count < BYTES_AT_ONCE && read_line_byte(capture.port, &byte)) {
@@ -331,6 +337,14 @@ bool capture_key(HWND hwnd, WPARAM key, bool pressed) {
 
 // --- commands ---
 
+FILE_DIALOG capture_file_dialog(HWND owner, std::span<const FILE_FILTER> filters) {
+    FILE_DIALOG dialog;
+    dialog.owner = owner;
+    dialog.filters = filters;
+    dialog.directory = &monitor_directory;
+    return dialog;
+}
+
 void open_capture(HWND hwnd) {
     static constexpr FILE_FILTER FILTERS[] = {{"Monitor Capture Files(*.CAP)", "*.cap"},
                                               {"All Files(*.*)", "*.*"}};
@@ -338,10 +352,7 @@ void open_capture(HWND hwnd) {
         show_message(hwnd, "Overwrite Captured Data?", COMM_TITLE, MESSAGE_ICON::QUESTION,
                      MESSAGE_BUTTONS::YES_NO) != BUTTON::YES)
         return;
-    FILE_DIALOG dialog;
-    dialog.owner = hwnd;
-    dialog.filters = FILTERS;
-    dialog.directory = &monitor_directory;
+    FILE_DIALOG dialog = capture_file_dialog(hwnd, FILTERS);
     if (!ask_open_name(dialog) || !open_capture_file(hwnd, dialog.name))
         return;
     show_scroll_bar(hwnd);
@@ -359,10 +370,7 @@ void save_capture(HWND hwnd) {
     static constexpr FILE_FILTER FILTERS[] = {{"Monitor Capture File (*.CAP)", "*.cap"}};
     if (!has_captured_data(hwnd, "No Captured Data to Save."))
         return;
-    FILE_DIALOG dialog;
-    dialog.owner = hwnd;
-    dialog.filters = FILTERS;
-    dialog.directory = &monitor_directory;
+    FILE_DIALOG dialog = capture_file_dialog(hwnd, FILTERS);
     if (ask_save_name(dialog, ".cap"))
         save_capture_file(hwnd, dialog.name);
 }

@@ -15,6 +15,8 @@
 #include "convert/CONVERT.h"
 #include "library/LIB.h"
 
+#include <new>
+
 SETUP_RECORD setup_record;
 
 namespace {
@@ -118,11 +120,20 @@ unsigned char load_setup(std::FILE* file, const FILE_START& start) {
     return 1;
 }
 
+unsigned char load_setup_within_memory(std::FILE* file, const FILE_START& start) {
+    try {
+        return load_setup(file, start);
+    } catch (const std::bad_alloc&) {
+        show_warning(OUT_OF_MEMORY_TEXT, MEMORY_CAPTION);
+        return 0;
+    }
+}
+
 unsigned char load_from_library(const std::string& filename) {
     bool is_member_read = false;
     const auto result = read_library_member(nullptr, filename, [&](std::FILE* member) {
         is_member_read = true;
-        return load_setup(member, read_file_start(member));
+        return load_setup_within_memory(member, read_file_start(member));
     });
     if (result == 0 && !is_member_read)
         show_warning("Invalid/Corrupt Library File!", "Invalid/Corrupt");
@@ -151,7 +162,7 @@ unsigned char open_setup_file(const std::string& filename) {
     }
     const FILE_START start = read_file_start(file.get());
     if (fills_file(file.get(), start.length))
-        return load_setup(file.get(), start);
+        return load_setup_within_memory(file.get(), start);
     file.reset();
     // The mark counts before the type: an earlier-model file may well hold an 'S' there.
     const std::uint32_t third_byte = (start.length >> 8) & 0xFF;

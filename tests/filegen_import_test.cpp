@@ -29,8 +29,11 @@ protected:
         initialize_memory();
         if (columns != "-")
             expect_import_choice(names, columns, options);
-        TEXT_SOURCE source{bytes};
-        const auto read = is_dbase_file(bytes) == 1 ? read_dbase_file : read_text_ascii_file;
+        write_bytes(path("IMPORT"), bytes);
+        const FILE_HANDLE file = open_file(path("IMPORT"), "rb");
+        TEXT_SOURCE source = open_source(file.get());
+        const bool dbase = is_dbase_file(bytes, bytes.size()) == 1;
+        const auto read = dbase ? read_dbase_file : read_text_ascii_file;
         EXPECT_EQ(read(nullptr, source), result);
         EXPECT_EQ(stored_records(), records);
         EXPECT_TRUE(filegen_questions_asked());
@@ -52,27 +55,23 @@ std::string dbase_field(std::string name, std::size_t length) {
     return name + "C" + std::string(4, '\0') + word(length) + std::string(14, '\0');
 }
 
-constexpr std::pair<char, char> MARKS[] = {{'_', ' '}, {'^', '\x01'}, {'#', '\xE4'}};
 const std::string NAME_AND_CODE = dbase_field("NAME", 4) + dbase_field("CODE", 3) + "\r";
 const std::string ROWS = " Ann 007*Gone999 Bob   1*Gone998*Gone997 Eve\0000 0\x1A Late123"s;
 
 } // namespace
 
-// Pairs of a line and its values, with MARKS.
+// Pairs of a line and its values, with '_' for a blank.
 TEST(parse_buffer, splits_as_the_rules_say) {
     std::istringstream table(R"(
         ,       ||         ,,      ||          ,,,     |||        ""         ||       "",        ||
         ,a      |a|        a,      a|          a,,     a||        a,,b       a||b|    ,"a",      |a||
         a,"b",  a|b|       ""b,c   |b,c|       "a""b"  a|b|       a,"b,c",d  a|b,c|d| "ab"c,d    ab|c|d|
-        a,_"b"  a|_"b"|    a"b",c  a"b"|c|     "open,  open,|     a,"open    a|open|  ,"a","b",  |a|b||
-        ^^x,^y#~  ^x|y~|   "^^x",^   ^x||      ,^x     |x|        #,#        #||)");
+        a,_"b"  a|_"b"|    a"b",c  a"b"|c|     "open,  open,|     a,"open    a|open|  ,"a","b",  |a|b||)");
     std::string line;
     std::string values;
     while (table >> line >> values) {
-        for (const auto& [mark, meaning] : MARKS) {
-            std::replace(line.begin(), line.end(), mark, meaning);
-            std::replace(values.begin(), values.end(), mark, meaning);
-        }
+        std::ranges::replace(line, '_', ' ');
+        std::ranges::replace(values, '_', ' ');
         std::vector<std::string_view> parsed;
         std::string row;
         EXPECT_EQ(parse_buffer(line, parsed), std::count(values.begin(), values.end(), '|')) << line;
@@ -88,6 +87,8 @@ TEST_F(IMPORT_TEST, of_text) {
     expect_import("Name,Code\n", "Name|Code", "", -1, "");
     expect_import("\n \r\n\ra,b\n\n  \n\rc\n\nd,e,f\n\n   ", "a|b", "yy", 6, "a|b|c||d|e|");
     expect_import("a\0,\0b\0\r\0\n\0c\0\r\0\n\0"s, "a|b", "yy", 4, "a|b|c||");
+    expect_import("\1\1x,\1y\xE4~\n\"\1\1x\",\1\n,\1x\n\xFF\xFE,\xE4\n", "\1x|y~", "yy", 8,
+                  "\1x|y~|\1x|||x|?||");
     expect_import("a name of 20 letters,b\n", "a name of 20 letter|b", "yn", 1, "a name of 20 letters|");
     expect_import(std::string(1023, 'x') + "\n", std::string(19, 'x'), "y", 1, std::string(1023, 'x') + "|");
     const std::string values = "  0012  ,000, 0 1 ,1234567890123456789012,   \n";
@@ -122,7 +123,7 @@ TEST_F(IMPORT_TEST, of_dbase) {
     for (int version = 0; version <= 0xFF; ++version) {
         const bool accepted =
             "\x03\x04\x05\x83\x84\x85\xF5"s.find(static_cast<char>(version)) != std::string::npos;
-        EXPECT_EQ(is_dbase_file(dbase_header(97, 8, static_cast<char>(version))), accepted ? 1 : 0)
+        EXPECT_EQ(is_dbase_file(dbase_header(97, 8, static_cast<char>(version)), 32), accepted ? 1 : 0)
             << version;
     }
     const std::string file = dbase_header(97, 8) + NAME_AND_CODE + ROWS;
@@ -131,7 +132,7 @@ TEST_F(IMPORT_TEST, of_dbase) {
     expect_import(file, "NAME|CODE", "ny", 3, "007|  1|0 0|", AS_IS);
     for (std::size_t size = 0; size < file.size(); ++size) {
         const std::string cut = file.substr(0, size);
-        EXPECT_EQ(is_dbase_file(cut), size < 32 ? 0 : 1);
+        EXPECT_EQ(is_dbase_file(cut, size), size < 32 ? 0 : 1);
         // The rows end at 97 + 8, + 24 and + 48 bytes; deleted ones lie between.
         const std::size_t rows = (size >= 105) + (size >= 121) + (size >= 145);
         if (size >= 32)
@@ -141,11 +142,12 @@ TEST_F(IMPORT_TEST, of_dbase) {
 }
 
 TEST_F(IMPORT_TEST, of_dbase_with_a_lying_header) {
-    EXPECT_EQ(is_dbase_file(dbase_header(32, 8) + NAME_AND_CODE), 0);
-    std::string system_file = dbase_header(97, 8) + std::string(0x31A0B15 - 32, 'x');
-    EXPECT_EQ(is_dbase_file(system_file), 1);
-    system_file[4] = 'R'; // and its first four bytes are its length
-    EXPECT_EQ(is_dbase_file(system_file), 0);
+    EXPECT_EQ(is_dbase_file(dbase_header(32, 8), 1000), 0);
+    std::string start = dbase_header(97, 8);
+    EXPECT_EQ(is_dbase_file(start, 0x31A0B15), 1);
+    start[4] = 'R';
+    EXPECT_EQ(is_dbase_file(start, 0x31A0B14), 1);
+    EXPECT_EQ(is_dbase_file(start, 0x31A0B15), 0) << "a lookup system file: its first word is its length";
     expect_import(dbase_header(64, 8) + ROWS, "", "", -1, "");
     expect_import(dbase_header(65535, 8) + NAME_AND_CODE + ROWS, "", "-", -1, "");
     const std::string one_field = dbase_header(65, 0) + dbase_field("A", 2);

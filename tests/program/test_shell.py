@@ -1,7 +1,6 @@
 """The main window: setup files, settings that last, one instance, and commands."""
 
 import shutil
-from unittest import mock
 
 from tolvan import (ID, IDNO, IDOK, IDYES, LIMIT, PROGRAM, SC_MINIMIZE, TITLE, WM_SYSCOMMAND, Program, ProgramTest,
                     crc, desktop, read_settings, start_wine, wait_for, windows_path)
@@ -150,6 +149,6 @@ class CommandTest(ProgramTest):
             window.close()
             window.wait_gone()
             self.assertEqual(program.exit(), 0)
-        with mock.patch("tolvan.PROGRAM", shutil.copy(PROGRAM, self.folder)), Program() as program:
+        with Program(program=shutil.copy(PROGRAM, self.folder)) as program:
             program.command(ID.CMD_HELP_TOPICS)
             self.assertIn("The help cannot be shown.", program.answer(TITLE))

@@ -16,9 +16,9 @@ and these are the files in it, uncompressed:
     |bm0 ...     pictures
 
 Each page is a topic: a record of kind 2 with its title and the neighbours, then a record of kind 0x20 for each
-paragraph. A record holds formatting and text apart from each other: the text is
-cut into pieces that end in a NUL, and behind each piece the next command of the formatting is carried out: change
-the font, start or end a jump, tabulate, end the paragraph.
+paragraph. A record holds formatting and text apart from each other: the text is cut into pieces that end in a NUL,
+and behind each piece the next command of the formatting is carried out: change the font, start or end a jump, show a
+picture, tabulate, end the paragraph.
 
 There are two ways to tell a place in |TOPIC. A position (TOPICPOS) is the number of a block and an offset of 14
 bits in it, the block's header included. An offset (TOPICOFFSET) is the number of a block and, in 15 bits, how many
