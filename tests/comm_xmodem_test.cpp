@@ -13,7 +13,7 @@ std::string shown_counters() {
     return shown[COUNTER::BLOCKS_DONE] + "/" + shown[COUNTER::BYTES_DONE] + "/" + shown[COUNTER::ERRORS];
 }
 
-struct SEND_CASE {
+const struct {
     const char* name;
     std::size_t size;
     std::uint32_t retries;
@@ -22,15 +22,12 @@ struct SEND_CASE {
     std::vector<unsigned> blocks;    // as they are sent
     std::string last_byte, counters; // counters as shown at the end
     std::uint32_t time;
-};
-
-const SEND_CASE SEND_CASES[] = {
+} SEND_CASES[] = {
     {"empty", 0, 10, "C", "", 0, {}, EOT, "//0", 0},
     {"one full block", 128, 10, "C", "A", 0, {1}, EOT, "1/128/0", 0},
     {"129 bytes", 129, 10, "c", "AA", 0, {1, 2}, EOT, "2/256/0", 0},
     {"with a sum", 129, 10, NAK, "AA", 0, {1, 2}, EOT, "2/256/0", 0},
-    {"noise before the request", 5, 10, "\x06zC", "A", 0, {1}, EOT, "1/128/0", 0},
-    {"noise before the answer", 200, 10, "C", "?A", 0, {1, 2}, EOT, "2/256/0", 0},
+    {"noise before request and answer", 200, 10, "\x06zC", "?A", 0, {1, 2}, EOT, "2/256/0", 0},
     {"repeated", 200, 10, "C", "N-NAA", 0, {1, 1, 1, 1, 2}, EOT, "2/256/3", 5000},
     {"padded block refused", 129, 10, NAK, "AN", 0, {1, 2}, EOT, "2/256/1", 0},
     {"padded block refused, no retries", 129, 0, "C", "AN", -7, {1, 2}, CAN, "2/256/1", 0},
@@ -44,7 +41,7 @@ const SEND_CASE SEND_CASES[] = {
 };
 
 TEST_F(CommXmodem, SendEndings) {
-    for (const SEND_CASE& c : SEND_CASES) {
+    for (const auto& c : SEND_CASES) {
         SCOPED_TRACE(c.name);
         start_over();
         comm_settings.xmodem_retries = c.retries;
@@ -59,10 +56,9 @@ TEST_F(CommXmodem, SendEndings) {
             expected += frames[block - 1];
         EXPECT_EQ(line_record.sent, expected + c.last_byte);
         EXPECT_EQ(shown_counters(), c.counters);
-        // A byte takes some readings of the clock; a wait ends with the first reading past its limit.
-        const auto sending = static_cast<std::uint32_t>(20 * (1 + line_record.sent.size()));
+        // A byte takes a reading of the clock; a wait ends with the first reading past its limit.
         EXPECT_GT(desktop_clock, c.time);
-        EXPECT_LT(desktop_clock, c.time + sending);
+        EXPECT_LT(desktop_clock, c.time + 50 + 2 * line_record.sent.size());
         EXPECT_TRUE(event_texts().starts_with("STATUS Waiting|button Cancel"));
     }
 }
@@ -132,6 +128,7 @@ const std::string C15(15, 'C');
 const std::string ALL_REQUESTS = C15 + std::string(16, N[0]);
 const std::string X1 = spoiled(F1, 9);
 const std::string X2 = spoiled(F2, 9);
+const std::string Y1 = spoiled(S1, 131);
 
 const RECEIVE_CASE RECEIVE_CASES[] = {
     {"200 bytes", 10, {F1, F2, EOT}, 0, B1 + B2, "C" + A + A + A, "2/256/0", 0},
@@ -142,8 +139,7 @@ const RECEIVE_CASE RECEIVE_CASES[] = {
     {"noise before the start", 10, {"\x04\x18zC" + F1, EOT}, 0, B1, "C" + A + A, "1/128/0", 0},
     {"no end", 10, {F1, F2}, -8, B1, "C" + A + A + CAN, "2/256/0", 20000},
     {"a broken-off frame", 10, {F1, F2.substr(0, 132)}, -8, "", "C" + A + CAN, "1/128/0", 20000},
-    {"bad sum", 10, after_silence(15, {spoiled(S1, 131), S1, EOT}), 0, B1, C15 + N + N + A + A, "1/128/1",
-     30000},
+    {"bad sum", 10, after_silence(15, {Y1, S1, EOT}), 0, B1, C15 + N + N + A + A, "1/128/1", 30000},
     {"a repeated frame", 10, {F1, F1, F2, EOT}, 0, B1 + B2, "C" + A + N + A + A, "2/256/1", 0},
     {"retries exhausted", 2, {X1, X1, X1, F1}, -7, "", "C" + N + N + N + CAN, "//3", 0},
     {"no retries at all", 0, {F1, X2}, -7, "", "C" + A + N + CAN, "1/128/1", 0},
@@ -168,9 +164,8 @@ void receive_and_compare(const RECEIVE_CASE& c) {
 }
 
 TEST_F(CommXmodem, ReceiveEndings) {
-    for (const RECEIVE_CASE& c : RECEIVE_CASES) {
+    for (const RECEIVE_CASE& c : RECEIVE_CASES)
         receive_and_compare(c);
-    }
     for (std::size_t at = 1; at < F1.size(); ++at)
         receive_and_compare(
             {"a spoiled byte", 10, {spoiled(F1, at), F1, EOT}, 0, B1, "C" + N + A + A, "1/128/1", 0});
@@ -221,7 +216,6 @@ TEST_F(CommXmodem, FilesThatCannotBeUsed) {
         answer_each_byte(c.answers);
         EXPECT_EQ(c.transfer(nullptr, &port, c.file), TRANSFER_FILE_ERROR);
         EXPECT_EQ(line_record.sent, c.sent);
-        EXPECT_TRUE(reset_desktop().empty());
     }
 }
 
