@@ -33,6 +33,7 @@ TEST(LookupTest, AStringIsReadByItsRulesAndWrittenInOrder) {
         {'F', "fopasd0,x,003,9,1,00,3", "FD0SAPO,x,003,9,1,00,3"},
         {'F', "FD1X2,P,1,1,1,0,0", "FD1,P,1,1,1,0,0"},
         {'F', "FD123", "FD12,,1,1,1,1,1"},
+        {'F', "FDA,P", "FDA,P,1,1,1,1,1"},
         {'F', "FS,P", "F,P,1,1,1,1,1"}, // "Auto Advance" goes with the display field only
         {'F', "F,LONGERNAME,,0,x,,4,9,9,?m", "F,LONGERNA,1,1,1,1,1,?m"},
         {'F', "F,P,2,?,3", "F,P,2,1,1,1,1,?,3"},

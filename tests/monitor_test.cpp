@@ -146,8 +146,8 @@ TEST_F(Monitor, TheViewFollowsTheEndAndTellsWhatToDraw) {
         {'+', 1, "1 16 17 1 18 16 3 "},       {'C', 0, "2 15 17 3 20 16 5 "},
         {'+', 100, "0 0 17 102 119 16 104 "}, {'@', 86, "-16 0 16 86 119 16 86 "},
         {'@', -1, "0 0 17 0 119 16 0 "},      {'@', 103, "0 0 17 102 119 16 104 "},
-        {'#', 30, "0 0 30 89 119 29 91 "},    {'@', 5, "0 0 30 5 119 29 5 "},
-        {'#', 0, "0 0 2 5 119 1 5 "}};
+        {'#', 30, "0 0 30 89 119 29 91 "},    {'#', 10, "0 0 10 109 119 9 111 "},
+        {'@', 5, "0 0 10 5 119 9 5 "},        {'#', 0, "0 0 2 5 119 1 5 "}};
     for (const auto& [action, number, expected] : steps) {
         if (action == '+')
             add_lines(number);
@@ -201,6 +201,7 @@ TEST_F(Monitor, SettingsAreWrittenAtOnceAndReadUnchecked) {
     initialize_com_settings();
     for (unsigned i = 0; i < MONITOR_ITEM_COUNT; ++i) {
         EXPECT_EQ(monitor_item_text(static_cast<MONITOR_ITEM>(i)), cases[i].second);
+        EXPECT_EQ(monitor_value(static_cast<MONITOR_ITEM>(i)), 20 + i);
         EXPECT_EQ(desktop_settings["MONITOR/" + cases[i].first], std::to_string(20 + i));
     }
     desktop_settings.clear();
