@@ -32,7 +32,6 @@ add_executable(logic_tests
     tests/app_test.cpp
     tests/checksum_test.cpp
     tests/comm_flash_test.cpp
-    tests/comm_log_test.cpp
     tests/comm_modem_test.cpp
     tests/comm_noise_test.cpp
     tests/comm_settings_test.cpp

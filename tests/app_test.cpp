@@ -29,12 +29,11 @@ TEST(PathTest, TakesPathsApart) {
 TEST(CommandLineTest, TakesOneOptionWithItsFile) {
     for (const char* nothing : {"", "-S", "-R=", "-R=   ", "-R=\"\"", "/S=A", " -S=A", "-X=A", "-S A"})
         EXPECT_EQ(parse_command_line(nothing).option, 0) << nothing;
-    const auto expect_request = [](const char* line, char option, const char* file) {
-        EXPECT_EQ(parse_command_line(line).option, option) << line;
-        EXPECT_EQ(parse_command_line(line).file, file) << line;
-    };
-    expect_request("-s=  STOCK.PGT", 'S', "STOCK.PGT");
-    expect_request("-r=C:\\My Data\\A B.DAT", 'R', "C:\\My Data\\A B.DAT");
-    expect_request("\"-S=C:\\My Data\\A B.PGT\"", 'S', "C:\\My Data\\A B.PGT"); // as shells quote it
-    expect_request("-F= \"C:\\My Data\\A B.PGT\" ", 'F', "C:\\My Data\\A B.PGT");
+    const std::pair<const char*, std::string> cases[] = {
+        {"-s=  STOCK.PGT", "S STOCK.PGT"},
+        {"-r=C:\\My Data\\A B.DAT", "R C:\\My Data\\A B.DAT"},
+        {"\"-S=C:\\A B.PGT\"", "S C:\\A B.PGT"}, // as shells quote it
+        {"-F= \"C:\\A B.PGT\" ", "F C:\\A B.PGT"}};
+    for (const auto& [line, request] : cases)
+        EXPECT_EQ(parse_command_line(line).option + (" " + parse_command_line(line).file), request);
 }

@@ -31,8 +31,7 @@ void expect_dialogue(const std::vector<STEP>& expected) {
 }
 
 void expect_clock(std::uint32_t since, std::uint32_t passed) {
-    EXPECT_GE(desktop_clock - since, passed);
-    EXPECT_LE(desktop_clock - since, passed + 60);
+    EXPECT_NEAR(desktop_clock - since, passed + 30, 30);
 }
 
 TEST_F(CommModem, DialsToTheByteAndTheMillisecond) {
@@ -68,9 +67,7 @@ TEST_F(CommModem, HoldsTheNumberAndCutsIt) {
     phone_number = "111";
     line_script.typed_number.reset();
     EXPECT_EQ(send_modem(nullptr, &port), TRANSFER_DIAL_CANCELLED);
-    EXPECT_EQ(line_record.offered_number, "111");
-    EXPECT_EQ(phone_number, "111");
-    EXPECT_EQ(event_texts(), "ask number");
+    EXPECT_EQ(line_record.offered_number + phone_number + event_texts(), "111111ask number");
     line_script.typed_number = std::string(40, '7');
     EXPECT_EQ(send_modem(nullptr, &port), TRANSFER_COMPLETED);
     EXPECT_EQ(phone_number, std::string(29, '7'));
@@ -101,6 +98,10 @@ TEST_F(CommModem, HangsUpWhenTheCarrierHasGone) {
     line_script.has_carrier = [](std::uint32_t) { return desktop_clock < 70'000; };
     int errors = 5; // errors on the line hold a command back, and it then goes out whole
     line_script.status = [&](LINE_STATUS&) { return errors-- > 0 ? 8U : 0U; };
+    line_script.write = [&](LINE*, std::uint8_t) {
+        EXPECT_LT(errors, 0);
+        return LINE_WRITE::DONE;
+    };
     disconnect_modem(&port);
     ASSERT_EQ(event_texts(), "> +++AT H0\r");
     const auto& at = line_record.sent_at;

@@ -1,33 +1,21 @@
 #include "tests/comm_test.h"
 
-#include "app/checksum.h"
 #include "comm/PCOM_log.h"
 
-#include <fstream>
 #include <numeric>
-#include <sstream>
-#include <unistd.h>
-
-namespace fs = std::filesystem;
 
 CommTest::CommTest() {
-    const fs::path folder = fs::temp_directory_path() / ("tolvan_comm_" + std::to_string(getpid()));
-    fs::create_directories(folder);
-    fs::current_path(folder);
+    std::filesystem::current_path(path("."));
     start_over();
 }
 
 CommTest::~CommTest() {
-    EXPECT_TRUE(reset_desktop().empty()) << "a message was announced but not shown";
     EXPECT_EQ(line_record.open_lines, 0);
-    start_over();
-    const fs::path folder = fs::current_path();
-    fs::current_path(started_in);
-    fs::remove_all(folder);
+    std::filesystem::current_path(started_in);
 }
 
 void start_over() {
-    reset_desktop();
+    EXPECT_TRUE(reset_desktop().empty()) << "a message was announced but not shown";
     reset_line();
     reset_com_setups();
     phone_number.clear();
@@ -41,22 +29,6 @@ std::string numbered_bytes(std::size_t count) {
     for (std::size_t i = 0; i < count; ++i)
         bytes += static_cast<char>(i % 128 == 0 ? 1 + i / 128 : 1 + i % 251);
     return bytes;
-}
-
-void put_file(const std::string& name, const std::string& bytes) {
-    fs::remove(name); // a file that is cut and written anew goes to the disk at once: minutes for thousands
-    std::ofstream(name, std::ios::binary) << bytes;
-}
-
-std::string get_file(const std::string& name) {
-    std::ostringstream bytes;
-    bytes << std::ifstream(name, std::ios::binary).rdbuf();
-    return bytes.str();
-}
-
-int open_file_count() {
-    const fs::directory_iterator files("/proc/self/fd");
-    return static_cast<int>(std::distance(begin(files), end(files)));
 }
 
 std::string frame_of(unsigned block, std::string data, bool crc_mode, std::size_t block_size) {
@@ -81,6 +53,17 @@ void answer_each_byte(std::vector<std::string> answers) {
     line_script.heard = [answers = std::move(answers), next = std::size_t{0}](std::uint8_t) mutable {
         if (next < answers.size())
             line_brings(answers[next++]);
+    };
+}
+
+void answer_frames(const std::string& request, const std::string& answers, std::size_t block_size) {
+    static const std::map<char, std::string> ANSWER_BYTES = {
+        {'A', ACK}, {'N', NAK}, {'X', CAN}, {'?', std::string("\x43\xFF\x04") + ACK}, {'-', ""}};
+    line_brings(request);
+    line_script.heard = [=, size = block_size + (request == NAK ? 4 : 5)](std::uint8_t) {
+        const std::size_t frame = line_record.sent.size() / size;
+        if (line_record.sent.size() % size == 0 && frame <= answers.size())
+            line_brings(ANSWER_BYTES.at(answers[frame - 1]));
     };
 }
 

@@ -2,8 +2,6 @@
 
 #include "comm/PCOM_log.h"
 
-#include <filesystem>
-
 namespace {
 
 using CommTransfer = CommTest;
@@ -17,7 +15,7 @@ TEST_F(CommTransfer, AsciiSendGivesTheModemItsTime) {
     for (const auto& [carrier_until, result, time] :
          {std::tuple{~0U, TRANSFER_COMPLETED, 45'000}, {5'200U, TRANSFER_NO_CARRIER, 5'200}}) {
         start_over();
-        put_file(FILE_NAME, numbered_bytes(300));
+        write_bytes(FILE_NAME, numbered_bytes(300));
         comm_settings.interface_mode = INTERFACE_MODEM;
         line_script.has_carrier = [&, until = carrier_until](std::uint32_t) { return desktop_clock < until; };
         EXPECT_EQ(ascii_send_file(nullptr, &port, FILE_NAME), result);
@@ -31,7 +29,7 @@ TEST_F(CommTransfer, AsciiReceiveEndsWithSilence) {
     line_brings("0123", 3'600'000);
     line_brings(std::string("\0\x04", 2) + "6789", 3'604'990);
     EXPECT_EQ(ascii_receive_file(nullptr, &port, FILE_NAME), TRANSFER_COMPLETED);
-    EXPECT_EQ(get_file(FILE_NAME), std::string("0123\0\x04", 6) + "6789");
+    EXPECT_EQ(read_bytes(FILE_NAME), std::string("0123\0\x04", 6) + "6789");
     EXPECT_EQ(line_record.counters[COUNTER::BYTES_DONE], "9");
     EXPECT_NEAR(desktop_clock, 3'604'990 + 5'000, 40);
     EXPECT_EQ(event_texts(), "STATUS Waiting|button Cancel|STATUS Receiving");
@@ -39,32 +37,29 @@ TEST_F(CommTransfer, AsciiReceiveEndsWithSilence) {
 
 // --- one send, one receive ---
 
-struct WHOLE_CASE {
-    int action;
-    std::uint32_t interface_mode, protocol;
-    const char* number; // nullptr: the prompt is cancelled
-    std::string events;
-};
 const std::string INIT = "button Cancel|STATUS Initializing|> AT&F&C1\r|";
 const std::string DIAL = "ask number|" + INIT + "STATUS Dialing|> ATDT5\r|STATUS Waiting|";
 const std::string ANSWER = INIT + "STATUS Waiting|";
-const WHOLE_CASE WHOLE_CASES[] = {
-    {ACTION_SEND, INTERFACE_DIRECT, PROTOCOL_NONE, "",
-     "STATUS Sending|button Cancel|> abc|STATUS Completed|button Send"},
-    {ACTION_SEND, INTERFACE_DIRECT, PROTOCOL_XMODEM, "",
-     "STATUS Waiting|button Cancel|STATUS Timeout Error|button Send"},
-    {ACTION_SEND, INTERFACE_MODEM, PROTOCOL_NONE, "5",
-     DIAL + "STATUS Sending|button Cancel|> abc+++AT H0\r|STATUS Completed|button Send"},
-    {ACTION_SEND, INTERFACE_MODEM, PROTOCOL_NONE, nullptr, "ask number|STATUS Dial Canceled|button Send"},
-    {ACTION_RECEIVE, INTERFACE_DIRECT, PROTOCOL_NONE, "",
-     "STATUS Waiting|button Cancel|STATUS Receiving|STATUS Completed|button Receive"},
-    {ACTION_RECEIVE, INTERFACE_MODEM, PROTOCOL_NONE, "",
-     ANSWER + "STATUS Waiting|button Cancel|STATUS Receiving|> +++AT H0\r|STATUS Completed|button Receive"},
-};
 
 // On a direct cable nobody asks for the carrier, which is not there at first.
 TEST_F(CommTransfer, FromTheOpenedPortToTheResult) {
-    for (const WHOLE_CASE& c : WHOLE_CASES) {
+    constexpr std::uint32_t DIRECT = INTERFACE_DIRECT, MODEM = INTERFACE_MODEM;
+    const struct {
+        bool is_send;
+        std::uint32_t interface_mode, protocol;
+        const char* number; // nullptr: the prompt is cancelled
+        std::string events;
+    } cases[] = {
+        {true, DIRECT, PROTOCOL_NONE, "", "STATUS Sending|button Cancel|> abc|STATUS Completed"},
+        {true, DIRECT, PROTOCOL_XMODEM, "", "STATUS Waiting|button Cancel|STATUS Timeout Error"},
+        {true, MODEM, PROTOCOL_NONE, "5",
+         DIAL + "STATUS Sending|button Cancel|> abc+++AT H0\r|STATUS Completed"},
+        {true, MODEM, PROTOCOL_NONE, nullptr, "ask number|STATUS Dial Canceled"},
+        {false, DIRECT, PROTOCOL_NONE, "", "STATUS Waiting|button Cancel|STATUS Receiving|STATUS Completed"},
+        {false, MODEM, PROTOCOL_NONE, "",
+         ANSWER + "STATUS Waiting|button Cancel|STATUS Receiving|> +++AT H0\r|STATUS Completed"},
+    };
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.events);
         start_over();
         comm_settings.interface_mode = c.interface_mode;
@@ -74,23 +69,55 @@ TEST_F(CommTransfer, FromTheOpenedPortToTheResult) {
         line_script.has_carrier = [](std::uint32_t) {
             return desktop_clock > 2'000 && desktop_clock < 60'000;
         };
-        if (c.action == ACTION_RECEIVE)
+        if (!c.is_send)
             line_brings("xyz", 20'000);
-        put_file(FILE_NAME, "abc");
-        (c.action == ACTION_SEND ? send_file : receive_file)(nullptr, FILE_NAME);
-        EXPECT_EQ(event_texts(), "open|" + c.events + "|close");
+        write_bytes(FILE_NAME, "abc");
+        (c.is_send ? send_file : receive_file)(nullptr, FILE_NAME);
+        EXPECT_EQ(event_texts(),
+                  "open|" + c.events + (c.is_send ? "|button Send" : "|button Receive") + "|close");
         EXPECT_EQ(desktop_beeps, 1);
-        EXPECT_EQ(get_file(FILE_NAME), c.action == ACTION_SEND ? "abc" : "xyz");
+        EXPECT_EQ(read_bytes(FILE_NAME), c.is_send ? "abc" : "xyz");
     }
     EXPECT_FALSE(std::filesystem::exists(LOG_FILE_NAME));
 }
 
-// --- auto receive ---
+// --- auto receive and its log ---
+
+TEST_F(CommTransfer, WordsForEachResult) {
+    std::string words;
+    for (int result = TRANSFER_COMPLETED; result >= TRANSFER_TIMEOUT; --result) {
+        const char* const notes = transfer_log_notes(result);
+        words += transfer_status_text(result) + std::string("/") + (notes ? notes : "") + "|";
+    }
+    EXPECT_EQ(words, "Completed/OK|Transmit Error/TRANSMISSION ERROR|User Abort/|No Carrier/LOSS OF CARRIER|"
+                     "Modem Error/MODEM INIT ERROR|Dial Canceled/DIAL CANCELED|File Error/FILE ERROR|"
+                     "Retries Exceeded/RETRY COUNT EXCEEDED|Timeout Error/TIMEOUT|");
+}
+
+TEST_F(CommTransfer, ALogLineIsCutToItsColumnsAndHasTwelveHours) {
+    const std::string x(30, 'x');
+    EXPECT_EQ(log_line({x, x, x, x, x, x, x, x, x}), "xxxxxxxxxx xxxxxxxx xxxxxxxx   xxxxx xxxxxxxx "
+                                                     "xxxxxxxxx xxxxxxxxxxxx xxxxxx xxxxxxxxxxxxxxxxxxxxx\n");
+    EXPECT_EQ(log_size(1'234'567), "123456");
+    std::string times;
+    for (const int hour : {0, 11, 12, 23}) {
+        desktop_time = {2031, 2, 3, hour, 7};
+        get_autoreceive_start();
+        get_autoreceive_stop();
+        times += log_entry.connect_time + (log_entry.disconnect_time == log_entry.connect_time ? "|" : "?");
+    }
+    EXPECT_EQ(log_entry.date + " " + times, "02-03-2031 12:07 am|11:07 am|12:07 pm|11:07 pm|");
+}
 
 // The log without its header, and the beginning of its lines.
+const std::string LOG_HEADER =
+    "                             AUTO RECEIVE LOGFILE\n\n"
+    "DATE       CONNECT  DISCONNECT BAUD  PROTOCOL FLOW CONT FILENAME     SIZE   NOTES\n"
+    "---------- -------- ---------- ----- -------- --------- ------------ ------ -----\n";
 std::string logged() {
-    const std::string log = get_file(LOG_FILE_NAME);
-    return log.substr(std::min(log.size(), log.find("-----\n") + 6));
+    const std::string log = read_bytes(LOG_FILE_NAME);
+    EXPECT_TRUE(log.starts_with(LOG_HEADER));
+    return log.substr(std::min(log.size(), LOG_HEADER.size()));
 }
 const std::string START = "11-21-2026 09:05 am 09:05 am   9600  ";
 const std::string XMODEM_START = START + "XMODEM   XON/XOFF  ";
@@ -100,39 +127,37 @@ TEST_F(CommTransfer, AutoReceiveIncrements) {
     auto_receive_counter = 999;
     comm_settings.filemode = FILE_INCREMENT;
     std::filesystem::create_directory("A.B");
-    put_file("A.B/DATA.1000", "an older file, overwritten");
+    write_bytes("A.B/DATA.1000", "an older file, overwritten");
     answer_each_byte({frame_of(1, "one", true), EOT, "", frame_of(1, "two", true), EOT, "", "", ""});
     // The third file never comes; after two hours the operator gives up.
     line_script.is_cancel_pressed = [](std::uint32_t) { return desktop_clock > 7'200'000; };
     receive_file(nullptr, "A.B/DATA");
-    EXPECT_EQ(get_file("A.B/DATA.999"), "one");
-    EXPECT_EQ(get_file("A.B/DATA.1000"), "two");
-    EXPECT_EQ(get_file("A.B/DATA.1001"), "");
+    EXPECT_EQ(read_bytes("A.B/DATA.999"), "one");
+    EXPECT_EQ(read_bytes("A.B/DATA.1000"), "two");
+    EXPECT_EQ(read_bytes("A.B/DATA.1001"), "");
     EXPECT_EQ(auto_receive_counter, 1002);
     EXPECT_EQ(logged(),
               XMODEM_START + "DATA.999     128    OK\n" + XMODEM_START + "DATA.1000    128    OK\n");
-    const std::string events = event_texts();
-    EXPECT_NE(events.find("|file DATA.999|STATUS Waiting|"), std::string::npos);
-    EXPECT_NE(events.find("|STATUS Completed|file DATA.1001|STATUS Waiting|"), std::string::npos);
-    EXPECT_TRUE(events.ends_with("|STATUS User Abort|button Receive|close"));
+    EXPECT_NE(event_texts().find("|STATUS Completed|file DATA.1001|STATUS Waiting|"), std::string::npos);
+    EXPECT_TRUE(event_texts().ends_with("|STATUS User Abort|button Receive|close"));
     EXPECT_EQ(desktop_beeps, 3);
 }
 
-// The flow column follows the protocol, whatever the flow control is.
+// The flow column follows the protocol, whatever the flow control is; a second session appends to the log.
 TEST_F(CommTransfer, AutoReceiveAppends) {
+    std::string lines;
     for (const auto& [protocol, flow] : {std::pair{0U, "NONE   "}, {2U, "RTC/CTS"}}) {
         start_over();
-        std::filesystem::remove(LOG_FILE_NAME);
         auto_receive_flag = true;
         comm_settings.protocol = protocol;
-        put_file("DATA.TXT", "before ");
+        write_bytes("DATA.TXT", "before ");
         line_brings("one ", 1'000);
         line_brings("two ", 10'000);
         line_script.is_cancel_pressed = [](std::uint32_t) { return desktop_clock > 90'000; };
         receive_file(nullptr, "DATA.TXT");
-        EXPECT_EQ(get_file("DATA.TXT"), "before one two ");
+        EXPECT_EQ(read_bytes("DATA.TXT"), "before one two ");
         const std::string line = START + "NONE     " + flow + "   DATA.TXT     3      OK\n";
-        EXPECT_EQ(logged(), line + line);
+        EXPECT_EQ(logged(), lines += line + line);
     }
 }
 
@@ -164,9 +189,10 @@ TEST_F(CommTransfer, AutoReceiveIntoAMissingFolderCanBeLeft) {
         expect_message("Error Opening File", COMM_TITLE, MESSAGE_ICON::STOP);
     line_script.is_cancel_pressed = [](std::uint32_t) { return desktop_clock > 5'000; };
     receive_file(nullptr, "missing/DATA");
-    EXPECT_EQ(logged(), XMODEM_START + "DATA.000     0      FILE ERROR\n" + XMODEM_START +
-                            "DATA.001     0      FILE ERROR\n" + XMODEM_START +
-                            "DATA.002     0      FILE ERROR\n");
+    std::string lines;
+    for (const char* name : {"DATA.000", "DATA.001", "DATA.002"})
+        lines += XMODEM_START + name + "     0      FILE ERROR\n";
+    EXPECT_EQ(logged(), lines);
     EXPECT_EQ(line_record.counters[COUNTER::STATUS], "User Abort");
 }
 

@@ -7,26 +7,13 @@ using CommXmodem = CommTest;
 constexpr char FILE_NAME[] = "FILE.DAT";
 LINE port;
 
-// The other side asks with `request` and gives the next of `answers` to each frame.
-void answer_frames(const std::string& request, const std::string& answers) {
-    static const std::map<char, std::string> ANSWER_BYTES = {
-        {'A', ACK}, {'N', NAK}, {'X', CAN}, {'?', std::string("\x43\xFF\x04") + ACK}, {'-', ""}};
-    line_brings(request);
-    const std::size_t size = request == NAK ? 132 : 133;
-    line_script.heard = [=](std::uint8_t) {
-        const std::size_t frame = line_record.sent.size() / size;
-        if (line_record.sent.size() % size == 0 && frame <= answers.size())
-            line_brings(ANSWER_BYTES.at(answers[frame - 1]));
-    };
-}
-
 // Blocks, bytes and errors.
 std::string shown_counters() {
     auto& shown = line_record.counters;
     return shown[COUNTER::BLOCKS_DONE] + "/" + shown[COUNTER::BYTES_DONE] + "/" + shown[COUNTER::ERRORS];
 }
 
-struct SEND_CASE {
+const struct {
     const char* name;
     std::size_t size;
     std::uint32_t retries;
@@ -35,15 +22,12 @@ struct SEND_CASE {
     std::vector<unsigned> blocks;    // as they are sent
     std::string last_byte, counters; // counters as shown at the end
     std::uint32_t time;
-};
-
-const SEND_CASE SEND_CASES[] = {
+} SEND_CASES[] = {
     {"empty", 0, 10, "C", "", 0, {}, EOT, "//0", 0},
     {"one full block", 128, 10, "C", "A", 0, {1}, EOT, "1/128/0", 0},
     {"129 bytes", 129, 10, "c", "AA", 0, {1, 2}, EOT, "2/256/0", 0},
     {"with a sum", 129, 10, NAK, "AA", 0, {1, 2}, EOT, "2/256/0", 0},
-    {"noise before the request", 5, 10, "\x06zC", "A", 0, {1}, EOT, "1/128/0", 0},
-    {"noise before the answer", 200, 10, "C", "?A", 0, {1, 2}, EOT, "2/256/0", 0},
+    {"noise before request and answer", 200, 10, "\x06zC", "?A", 0, {1, 2}, EOT, "2/256/0", 0},
     {"repeated", 200, 10, "C", "N-NAA", 0, {1, 1, 1, 1, 2}, EOT, "2/256/3", 5000},
     {"padded block refused", 129, 10, NAK, "AN", 0, {1, 2}, EOT, "2/256/1", 0},
     {"padded block refused, no retries", 129, 0, "C", "AN", -7, {1, 2}, CAN, "2/256/1", 0},
@@ -57,13 +41,12 @@ const SEND_CASE SEND_CASES[] = {
 };
 
 TEST_F(CommXmodem, SendEndings) {
-    const int open_files = open_file_count();
-    for (const SEND_CASE& c : SEND_CASES) {
+    for (const auto& c : SEND_CASES) {
         SCOPED_TRACE(c.name);
         start_over();
         comm_settings.xmodem_retries = c.retries;
         const std::string bytes = numbered_bytes(c.size);
-        put_file(FILE_NAME, bytes);
+        write_bytes(FILE_NAME, bytes);
         answer_frames(c.request, c.answers);
         EXPECT_EQ(xmodem_send_file(nullptr, &port, FILE_NAME), c.result);
 
@@ -73,11 +56,9 @@ TEST_F(CommXmodem, SendEndings) {
             expected += frames[block - 1];
         EXPECT_EQ(line_record.sent, expected + c.last_byte);
         EXPECT_EQ(shown_counters(), c.counters);
-        // A byte takes some readings of the clock; a wait ends with the first reading past its limit.
-        const auto sending = static_cast<std::uint32_t>(20 * (1 + line_record.sent.size()));
+        // A byte takes a reading of the clock; a wait ends with the first reading past its limit.
         EXPECT_GT(desktop_clock, c.time);
-        EXPECT_LT(desktop_clock, c.time + sending);
-        EXPECT_EQ(open_file_count(), open_files);
+        EXPECT_LT(desktop_clock, c.time + 50 + 2 * line_record.sent.size());
         EXPECT_TRUE(event_texts().starts_with("STATUS Waiting|button Cancel"));
     }
 }
@@ -98,7 +79,7 @@ TEST_F(CommXmodem, WhatHoldsASenderBack) {
     for (const auto& [errors, held, holds_ascii] : cases)
         for (const auto transfer : {ascii_send_file, xmodem_send_file}) {
             start_over();
-            put_file(FILE_NAME, bytes);
+            write_bytes(FILE_NAME, bytes);
             answer_frames("C", "A");
             line_script.status = [=, errors = errors, held = held](LINE_STATUS& status) {
                 status = desktop_clock > HELD_UNTIL ? LINE_STATUS() : held;
@@ -147,6 +128,7 @@ const std::string C15(15, 'C');
 const std::string ALL_REQUESTS = C15 + std::string(16, N[0]);
 const std::string X1 = spoiled(F1, 9);
 const std::string X2 = spoiled(F2, 9);
+const std::string Y1 = spoiled(S1, 131);
 
 const RECEIVE_CASE RECEIVE_CASES[] = {
     {"200 bytes", 10, {F1, F2, EOT}, 0, B1 + B2, "C" + A + A + A, "2/256/0", 0},
@@ -157,8 +139,7 @@ const RECEIVE_CASE RECEIVE_CASES[] = {
     {"noise before the start", 10, {"\x04\x18zC" + F1, EOT}, 0, B1, "C" + A + A, "1/128/0", 0},
     {"no end", 10, {F1, F2}, -8, B1, "C" + A + A + CAN, "2/256/0", 20000},
     {"a broken-off frame", 10, {F1, F2.substr(0, 132)}, -8, "", "C" + A + CAN, "1/128/0", 20000},
-    {"bad sum", 10, after_silence(15, {spoiled(S1, 131), S1, EOT}), 0, B1, C15 + N + N + A + A, "1/128/1",
-     30000},
+    {"bad sum", 10, after_silence(15, {Y1, S1, EOT}), 0, B1, C15 + N + N + A + A, "1/128/1", 30000},
     {"a repeated frame", 10, {F1, F1, F2, EOT}, 0, B1 + B2, "C" + A + N + A + A, "2/256/1", 0},
     {"retries exhausted", 2, {X1, X1, X1, F1}, -7, "", "C" + N + N + N + CAN, "//3", 0},
     {"no retries at all", 0, {F1, X2}, -7, "", "C" + A + N + CAN, "1/128/1", 0},
@@ -172,10 +153,10 @@ void receive_and_compare(const RECEIVE_CASE& c) {
     SCOPED_TRACE(c.name);
     start_over();
     comm_settings.xmodem_retries = c.retries;
-    put_file(FILE_NAME, "what stood here before");
+    write_bytes(FILE_NAME, "what stood here before");
     answer_each_byte(c.answers);
     EXPECT_EQ(xmodem_receive_file(nullptr, &port, FILE_NAME), c.result);
-    EXPECT_EQ(get_file(FILE_NAME), c.stored);
+    EXPECT_EQ(read_bytes(FILE_NAME), c.stored);
     EXPECT_EQ(line_record.sent, c.sent);
     EXPECT_EQ(shown_counters(), c.counters);
     EXPECT_GE(desktop_clock, c.time);
@@ -183,11 +164,8 @@ void receive_and_compare(const RECEIVE_CASE& c) {
 }
 
 TEST_F(CommXmodem, ReceiveEndings) {
-    const int open_files = open_file_count();
-    for (const RECEIVE_CASE& c : RECEIVE_CASES) {
+    for (const RECEIVE_CASE& c : RECEIVE_CASES)
         receive_and_compare(c);
-        EXPECT_EQ(open_file_count(), open_files);
-    }
     for (std::size_t at = 1; at < F1.size(); ++at)
         receive_and_compare(
             {"a spoiled byte", 10, {spoiled(F1, at), F1, EOT}, 0, B1, "C" + N + A + A, "1/128/1", 0});
@@ -198,11 +176,11 @@ TEST_F(CommXmodem, SendersThatComeLate) {
     line_brings(F2, 19'000); // each frame has its own twenty seconds
     line_brings(EOT, 38'000);
     EXPECT_EQ(xmodem_receive_file(nullptr, &port, FILE_NAME), TRANSFER_COMPLETED);
-    EXPECT_EQ(get_file(FILE_NAME), B1 + B2);
+    EXPECT_EQ(read_bytes(FILE_NAME), B1 + B2);
     start_over();
     line_brings(EOT, 63'000); // the end, before any block
     EXPECT_EQ(xmodem_receive_file(nullptr, &port, FILE_NAME), TRANSFER_COMPLETED);
-    EXPECT_EQ(line_record.sent + get_file(FILE_NAME), ALL_REQUESTS + A);
+    EXPECT_EQ(line_record.sent + read_bytes(FILE_NAME), ALL_REQUESTS + A);
     start_over();
     auto_receive_flag = true; // asks on and on
     answer_each_byte(after_silence(31 + 31 + 2, {F1, EOT}));
@@ -238,7 +216,6 @@ TEST_F(CommXmodem, FilesThatCannotBeUsed) {
         answer_each_byte(c.answers);
         EXPECT_EQ(c.transfer(nullptr, &port, c.file), TRANSFER_FILE_ERROR);
         EXPECT_EQ(line_record.sent, c.sent);
-        EXPECT_TRUE(reset_desktop().empty());
     }
 }
 
@@ -254,14 +231,14 @@ struct ROUTINE {
 const ROUTINE ROUTINES[] = {
     {"xmodem send", xmodem_send_file, CAN,
      [] {
-         put_file(FILE_NAME, B1 + B2);
+         write_bytes(FILE_NAME, B1 + B2);
          answer_frames("C", "NAA");
      }},
     {"xmodem receive", xmodem_receive_file, CAN,
      [] {
          answer_each_byte({"", F1, X2, F2, EOT});
      }},
-    {"ascii send", ascii_send_file, "", [] { put_file(FILE_NAME, B1 + B2); }},
+    {"ascii send", ascii_send_file, "", [] { write_bytes(FILE_NAME, B1 + B2); }},
     {"ascii receive", ascii_receive_file, "", [] { line_brings(B1 + B2, 1000); }},
 };
 
@@ -281,7 +258,7 @@ TEST_F(CommXmodem, NothingIsReadUntilTheLinesErrorsAreCleared) {
     };
     line_brings(F1 + EOT);
     EXPECT_EQ(xmodem_receive_file(nullptr, &port, FILE_NAME), TRANSFER_COMPLETED);
-    EXPECT_EQ(get_file(FILE_NAME), B1);
+    EXPECT_EQ(read_bytes(FILE_NAME), B1);
     for (const ROUTINE& routine : ROUTINES) { // errors that never end leave the operator his Cancel
         prepare(routine);
         line_script.status = [](LINE_STATUS&) { return 4U; };
@@ -291,7 +268,6 @@ TEST_F(CommXmodem, NothingIsReadUntilTheLinesErrorsAreCleared) {
 }
 
 TEST_F(CommXmodem, CancelAndALostCarrierAtEachPoll) {
-    const int open_files = open_file_count();
     for (const ROUTINE& routine : ROUTINES) {
         SCOPED_TRACE(routine.name);
         prepare(routine);
@@ -312,7 +288,6 @@ TEST_F(CommXmodem, CancelAndALostCarrierAtEachPoll) {
                 ASSERT_EQ(line_record.sent, whole.sent.substr(0, sent_before) + last) << poll;
                 ASSERT_EQ(line_record.carrier_queries, poll) << "it went on";
             }
-        EXPECT_EQ(open_file_count(), open_files);
     }
 }
 

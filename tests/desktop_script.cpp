@@ -4,9 +4,7 @@
 #include <cstdlib>
 #include <deque>
 
-struct STATUS_BOX {
-    int mode;
-};
+struct STATUS_BOX {};
 
 namespace {
 
@@ -18,12 +16,17 @@ std::deque<ANNOUNCED> announced;
 STATUS_BOX status_box;
 bool status_box_open = false;
 
-[[noreturn]] void stop_test(const std::string& why) {
-    std::fprintf(stderr, "desktop script: %s\n", why.c_str());
-    std::abort();
+void require_status_box(STATUS_BOX* box) {
+    if (box != &status_box || !status_box_open)
+        stop_test("a progress box used that is not open");
 }
 
 } // namespace
+
+void stop_test(const std::string& why) {
+    std::fprintf(stderr, "test script: %s\n", why.c_str());
+    std::abort();
+}
 
 std::map<std::string, std::string> desktop_settings;
 std::uint32_t desktop_clock = 0;
@@ -74,20 +77,17 @@ STATUS_BOX* open_status_box(int mode) {
     if (status_box_open)
         stop_test("a second progress box");
     status_box_open = true;
-    status_box.mode = mode;
     desktop_status_log.push_back("open " + std::to_string(mode));
     return &status_box;
 }
 
 void update_status_bar(STATUS_BOX* box, std::int64_t position, std::int64_t size) {
-    if (box != &status_box || !status_box_open)
-        stop_test("an update of a progress box that is not open");
+    require_status_box(box);
     desktop_status_log.push_back("update " + std::to_string(position) + "/" + std::to_string(size));
 }
 
 void close_status_box(STATUS_BOX* box) {
-    if (box != &status_box || !status_box_open)
-        stop_test("a progress box closed that is not open");
+    require_status_box(box);
     status_box_open = false;
     desktop_status_log.push_back("close");
 }

@@ -17,6 +17,9 @@ struct SHOWN_MESSAGE {
     bool operator==(const SHOWN_MESSAGE&) const = default;
 };
 
+// Aborts the test with this reason.
+[[noreturn]] void stop_test(const std::string& why);
+
 // Announces the next message box and the button that the operator will press. A box that was not announced,
 // or another than announced, aborts the test.
 void expect_message(const std::string& text, const std::string& caption, MESSAGE_ICON icon,

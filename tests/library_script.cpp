@@ -1,9 +1,8 @@
 #include "tests/library_script.h"
 
 #include "library/LIB.h"
+#include "tests/desktop_script.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <deque>
 
 namespace {
@@ -25,11 +24,8 @@ bool library_questions_asked() {
 }
 
 int choose_library_member(WINDOW, const std::vector<std::string>& rows) {
-    if (choices.empty() || (!choices.front().rows.empty() && choices.front().rows != rows)) {
-        for (const std::string& row : rows)
-            std::fprintf(stderr, "library member offered: %s\n", row.c_str());
-        std::abort();
-    }
+    if (choices.empty() || (!choices.front().rows.empty() && choices.front().rows != rows))
+        stop_test("other members offered than announced, the first of them " + rows.at(0));
     const int answer = choices.front().answer;
     choices.pop_front();
     return answer;

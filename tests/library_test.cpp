@@ -49,26 +49,21 @@ protected:
 } // namespace
 
 TEST_F(LibraryTest, TheOpenersReadTheirMemberAndLeaveNoFile) {
-    // What the three members and Cancel come to, and what is said where no screen has words of its own.
-    const std::tuple<std::function<int(const std::string&)>, std::array<int, 4>, std::string, std::string>
-        openers[] = {
-            {[](const auto& name) { return open_program_file(nullptr, name); }, {1, 0, 0, -1}, "", ""},
-            {[](const auto& name) { return int(read_edit_file(nullptr, name, 1)); }, {0, 1, 0, -1}, "", ""},
-            {open_setup_file, {0, 0, 1, 0xFF}, "Not a Valid Setup File!", "Invalid/Corrupt Library File!"}};
+    const std::pair<std::function<int(const std::string&)>, std::array<int, 4>> openers[] = {
+        {[](const auto& name) { return open_program_file(nullptr, name); }, {1, 0, 0, -1}},
+        {[](const auto& name) { return int(read_edit_file(nullptr, name, 1)); }, {0, 1, 0, -1}},
+        {open_setup_file, {0, 0, 1, 0xFF}}};
     const LIST rows = {"Program (STOCK)", "Lookup (ITEMS)", "Setup"};
     initialize_memory();
-    for (const auto& [open, results, no_member, no_library] : openers) {
-        for (std::size_t row = 0; row < results.size(); ++row) {
-            expect_library_member(rows, row < rows.size() ? static_cast<int>(row) : -1);
-            if (results[row] == 0 && !no_member.empty())
-                expect_warning(no_member, "Open File");
-            EXPECT_EQ(open(written("FILE", library + std::string(row * 3, '\0'))), results[row]);
+    for (const auto& [open, results] : openers)
+        for (const int row : {0, 1, 2, 3}) { // the members and Cancel
+            expect_library_member(rows, row < 3 ? row : -1);
+            const int result = results[static_cast<std::size_t>(row)];
+            if (result == 0 && results.back() == 0xFF) // where no screen has words of its own
+                expect_warning("Not a Valid Setup File!", "Open File");
+            EXPECT_EQ(open(written("FILE", library + std::string(row * 3U, '\0'))), result);
             EXPECT_FALSE(open_file(path("TEMPORARY"), "rb"));
         }
-        if (!no_library.empty())
-            expect_warning(no_library, "Invalid/Corrupt");
-        EXPECT_EQ(open(written("BAD", lookup + "\0\0\0\x20X"s)), 0);
-    }
     expect_library_member(rows, 1);
     const auto reader = [](std::FILE*) -> std::int64_t { throw std::bad_alloc(); };
     EXPECT_THROW(read_library_member(nullptr, path("FILE"), reader), std::bad_alloc);
@@ -94,11 +89,12 @@ TEST_F(LibraryTest, EveryWalkEndsInTheFile) {
     std::string many;
     while (many.size() < 5000000)
         many += "\0\0\0\3S"s;
-    std::vector<LIBRARY_MEMBER> members;
-    EXPECT_FALSE(read_library_members(open_file(written("MANY", many), "rb").get(), true, members));
-    EXPECT_TRUE(
-        read_library_members(open_file(written("MANY", many.substr(0, 1005)), "rb").get(), true, members));
-    EXPECT_EQ(members.size(), 201U);
+    for (const bool is_library : {false, true}) {
+        std::vector<LIBRARY_MEMBER> members;
+        const std::string name = written("MANY", many.substr(0, is_library ? 1005 : many.size()));
+        EXPECT_EQ(read_library_members(open_file(name, "rb").get(), true, members), is_library);
+        EXPECT_TRUE(!is_library || members.size() == 201);
+    }
 }
 
 TEST_F(LibraryTest, NamesAreShownButNeverLeadOutOfTheFolder) {
@@ -145,8 +141,6 @@ TEST_F(LibraryTest, SavesTheListedFilesOneBehindTheOther) {
         EXPECT_EQ(save_library_file(nullptr, refused), 0);
     EXPECT_EQ(files_in_folder(), 5U); // these and the one that got its checksum
     librarian.files[1] = path("GONE");
-    expect_warning("The file " + path("GONE") + " not found. Could not add to Library!", "File Not Found");
-    EXPECT_EQ(valid_sys_files(nullptr), 0);
     EXPECT_EQ(save_library_file(nullptr, saved), 0);
     EXPECT_EQ(read_bytes(saved), program);
     write_bytes(path("GONE"), "\0\0\0\5i"s);

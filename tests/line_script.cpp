@@ -2,8 +2,6 @@
 
 #include "tests/desktop_script.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <deque>
 
 LINE_SCRIPT line_script;
@@ -19,11 +17,6 @@ struct COMING_BYTE {
 };
 std::deque<COMING_BYTE> coming;
 LINE the_line;
-
-[[noreturn]] void stop_test(const char* why) {
-    (void)std::fprintf(stderr, "line script: %s\n", why);
-    std::abort();
-}
 
 void note(const std::string& text) {
     line_record.events.push_back({desktop_clock, desktop_clock, text});

@@ -29,8 +29,7 @@ extern LINE_SCRIPT line_script;
 
 // "STATUS Waiting", "button Cancel", "file A.001", "ask number", "open", "close", or "> " and the bytes sent.
 struct LINE_EVENT {
-    std::uint32_t at;
-    std::uint32_t until; // for bytes sent: when the last one went out
+    std::uint32_t at, until; // for bytes sent: when the first and the last one went out
     std::string text;
 };
 

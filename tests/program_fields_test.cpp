@@ -33,14 +33,9 @@ FIELD_DEFINITION edited_field(std::minstd_rand& random) {
 }
 
 // Saves, unless a check refuses, and opens: the options come back, and twice the same bytes were saved.
-bool save_and_open(const std::string& name, int& saves) {
-    std::string refusal = check_fields_before_save();
-    if (refusal.empty())
-        refusal = update_counts_and_flags();
-    if (!refusal.empty()) {
-        expect_warning(refusal, "Save File");
-        return save_program_file(name) == 0;
-    }
+void save_and_open(const std::string& name, int& saves) {
+    if (!check_fields_before_save().empty() || !update_counts_and_flags().empty())
+        return;
     ++saves;
     const auto set = options();
     const std::string last_lookup = lookup_string; // no file holds it
@@ -55,7 +50,7 @@ bool save_and_open(const std::string& name, int& saves) {
         EXPECT_EQ(options(), set);
         std::filesystem::remove(name);
     }
-    return saved[0] == saved[1];
+    EXPECT_EQ(saved[0], saved[1]);
 }
 
 class ProgramFieldsTest : public FILE_TEST {};
@@ -63,23 +58,20 @@ class ProgramFieldsTest : public FILE_TEST {};
 } // namespace
 
 TEST_F(ProgramFieldsTest, RowsShowWhatTheFieldsHold) {
-    auto field = start_with(6).begin();
-    for (const char* codes : {"D?V", "SKL", "YSR", "E?r", "NLV", "dBV"}) { // type, source and format
+    auto field = start_with(4).begin();
+    field->bit_values1 |= HEADER_INPUT;
+    field->prompt_string_handle = "a\tb/\xFF&%s";
+    field->max_input = 20;
+    for (const char* codes : {"D?V", "NSR", "E?r", "dBL"}) { // type, source and format
         std::tie(field->input_type, field->input_source, field->output_format) =
             std::tuple(codes[0], codes[1], codes[2]);
         ++field;
     }
-    FIELD_DEFINITION& first = program_header.fields.front();
-    first.bit_values1 |= HEADER_INPUT;
-    first.prompt_string_handle = "a\tb/\xFF&%s";
-    first.max_input = 20;
     const std::vector<std::string> expected = {
         "  1\tHeader\tData\ta/09b///00&%s\t 20\t  1\t\t   Variable",
-        "  2\tRecord\tStamp\t\t250\t  1\t   Keyboard\t Left Justify",
-        "  3\tRecord\tYes/No\t\t250\t  1\t     Serial\tRight Justify",
-        "  4\tRecord\tExhibit\t\t250\t  1\t     Serial\tUnknown",
-        "  5\tRecord\tNo Edit\t\t250\t  1\tLookup File\t   Variable",
-        "  6\tRecord\tUnknown\t\t250\t  1\t    Barcode\t   Variable",
+        "  2\tRecord\tNo Edit\t\t250\t  1\t     Serial\tRight Justify",
+        "  3\tRecord\tExhibit\t\t250\t  1\t     Serial\tUnknown",
+        "  4\tRecord\tUnknown\t\t250\t  1\t    Barcode\t Left Justify",
         "<<END OF PROGRAM>>",
     };
     EXPECT_EQ(field_list_rows(), expected);
@@ -100,41 +92,35 @@ TEST_F(ProgramFieldsTest, OptionsComeFromTheFlagsAndStayWithoutThem) {
 
 TEST_F(ProgramFieldsTest, ChecksReportTheFirstFault) {
     constexpr unsigned MOST = 0xFFFFFFFF;
-    const std::string no_fit = "Prompt and data will not fit within start/end range";
-    const std::string letters = "Input Mask field can only contain the letters 'A', 'D', 'F', 'I', and 'N'.";
-    const std::string decimal = "When Allow Calculation is ON\nInput Mask must be Decimal.";
+    const std::string no_fit = "Prompt and data will not fit", letters = "Input Mask field can only";
     const FIELD_DEFINITION plain;
     FIELD_DEFINITION sum;
     sum.bit_values2 = ALLOW_CALCULATION;
-    // Field, start row and column, end row and column, max, min, prompt, mask; the message.
+    // Field, start row and column, end row and column, max, min, prompt, mask; how the message begins.
     const std::pair<FIELD_EDITS, std::string> cases[] = {
-        {{plain, 4, 99, 2, 0, 0, 1, "", ""}, "Max Input Value less than Min Input Value"},
-        {{plain, 4, 99, 2, 0, MOST, 251, "", ""}, "Min Input Greater Than 250"},
-        {{plain, 4, 99, 2, 0, 251, 250, "", ""}, "Max Input Greater Than 250"},
-        {{plain, 4, 99, 2, 0, 0, 0, "", ""}, "Max Input Less Than 1"},
-        {{plain, 4, 99, 2, 0, 1, 0, "", ""}, "End Row less than Start Row"},
-        {{plain, 4, 99, 4, 98, 1, 0, "", ""}, "End Col less than Start Col"},
-        {{plain, 4, 99, 5, 98, 1, 0, "", ""}, "Start Row Greater Than 3"},
-        {{plain, 3, 99, MOST, 98, 1, 0, "", ""}, "End Row Greater Than 3"},
-        {{plain, 2, MOST, 3, 98, 1, 0, "", ""}, "Start Col Greater Than 19"},
-        {{plain, 2, 19, 3, 20, 1, 0, "", ""}, "End Col Greater Than 19"},
+        {{plain, 4, 99, 2, 0, 0, 1, "", ""}, "Max Input Value less"},
+        {{plain, 4, 99, 2, 0, MOST, 251, "", ""}, "Min Input Greater"},
+        {{plain, 4, 99, 2, 0, 251, 250, "", ""}, "Max Input Greater"},
+        {{plain, 4, 99, 2, 0, 0, 0, "", ""}, "Max Input Less"},
+        {{plain, 4, 99, 2, 0, 1, 0, "", ""}, "End Row less"},
+        {{plain, 4, 99, 4, 98, 1, 0, "", ""}, "End Col less"},
+        {{plain, 4, 99, 5, 98, 1, 0, "", ""}, "Start Row Greater"},
+        {{plain, 3, 99, MOST, 98, 1, 0, "", ""}, "End Row Greater"},
+        {{plain, 2, MOST, 3, 98, 1, 0, "", ""}, "Start Col Greater"},
+        {{plain, 2, 19, 3, 20, 1, 0, "", ""}, "End Col Greater"},
         {{plain, 0, 0, 0, 19, 1, 0, std::string(20, 'P'), ""}, no_fit},
         {{plain, 0, 0, 0, 19, 1, 1, std::string(19, 'P'), "A"}, ""},
         {{plain, 0, 18, 1, 0, 1, 1, "/0D", "A"}, no_fit}, // as typed, in three cells
         {{plain, 0, 17, 1, 0, 1, 1, "/0D", "A"}, ""},
-        {{plain, 0, 0, 0, 19, 250, 4, "", "NNNF"},
-         "Minimum Input value is greater than input allowed from Input Mask field."},
+        {{plain, 0, 0, 0, 19, 250, 4, "", "NNNF"}, "Minimum Input value is greater"},
         {{plain, 0, 0, 0, 19, 250, 250, "", "NNN"}, ""},
         {{plain, 0, 0, 0, 19, 250, 0, "", ""}, letters},
         {{sum, 0, 0, 0, 19, 250, 0, "", "AX"}, letters},
-        {{sum, 0, 0, 0, 19, 250, 0, "", "DA"}, decimal},
+        {{sum, 0, 0, 0, 19, 250, 0, "", "DA"}, "When Allow Calculation is ON"},
         {{sum, 0, 0, 0, 19, 250, 0, "", "D/44"}, ""},
     };
-    for (const auto& [edits, text] : cases) {
-        const auto [fault, caption] = find_field_fault(edits);
-        EXPECT_EQ(fault, text);
-        EXPECT_EQ(caption, text.empty() ? "" : text == decimal ? "Input Mask Error" : "Field Definition");
-    }
+    for (const auto& [edits, text] : cases)
+        EXPECT_EQ(find_field_fault(edits).text.substr(0, text.empty() ? 1 : text.size()), text);
 }
 
 TEST_F(ProgramFieldsTest, StoringNotesTheLookup) {
@@ -161,6 +147,7 @@ TEST_F(ProgramFieldsTest, NoSequenceOfOperationsBringsListFlagsAndFileApart) {
     EXPECT_TRUE(insert_field() && field_list_selection == 1);
     int saves = 0;
     for (unsigned seed = 1; seed <= 10000 && !HasFailure(); ++seed) {
+        SCOPED_TRACE(seed);
         std::minstd_rand random(seed);
         std::vector<std::string> prompts; // that the list must hold
         start_with(0);
@@ -184,18 +171,18 @@ TEST_F(ProgramFieldsTest, NoSequenceOfOperationsBringsListFlagsAndFileApart) {
             } else {
                 const auto amount = static_cast<int>(1 + random() % 9999);
                 const auto warning = static_cast<std::uint8_t>(amount % 2);
-                global_options = operation == 18
-                                     ? GLOBAL_DATA_OPTIONS{}
-                                     : GLOBAL_DATA_OPTIONS{1, 3, amount, warning, 2, 1, 3, 1 + amount % 4};
-                EXPECT_TRUE(save_and_open(path("PROGRAM.PGT"), saves)) << seed;
+                global_options = {};
+                if (operation == 19)
+                    global_options = {1, 3, amount, warning, 2, 1, 3, 1 + amount % 4};
+                save_and_open(path("PROGRAM.PGT"), saves);
             }
             derive_global_options(false);
             std::vector<std::string> listed;
             for (const auto& field : fields)
                 listed.push_back(field.prompt_string_handle);
-            ASSERT_EQ(listed, prompts) << seed;
-            ASSERT_EQ(field_list_rows().size(), prompts.size() + 1) << seed;
-            ASSERT_EQ(field_list_total, std::ssize(prompts) + 1) << seed;
+            ASSERT_EQ(listed, prompts);
+            ASSERT_EQ(field_list_rows().size(), prompts.size() + 1);
+            ASSERT_EQ(field_list_total, std::ssize(prompts) + 1);
         }
     }
     EXPECT_GT(saves, 1000);

@@ -9,7 +9,7 @@ TEST(EscapedTextTest, StoresWhatIsTypedAndShowsWhatIsStored) {
         {"", "", ""},
         {"Item: ~ }", "Item: ~ }", "Item: ~ }"},
         {"/0d/0Aa//b", "\r\na/b", "/0D/0Aa//b"},
-        {"/00/FF/aB", "\xFF\xFF\xAB", "/00/00/AB"},
+        {"/00/Ff/aB", "\xFF\xFF\xAB", "/00/00/AB"},
         {"/7E/20/7F\xE9", "~ \x7F\xE9", "~ /7F/E9"},
         {"AB/4", "AB", "AB"}, // a malformed token goes, with two characters behind its slash
         {"/G1x/1Zx", "xx", "xx"},

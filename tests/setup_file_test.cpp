@@ -34,25 +34,16 @@ const FILE_KIND SETUP_KIND = {[](const std::string& name) {
                               FACTORY_FILE,
                               read_bytes(TOLVAN_SAMPLES "/STOCK.CFT"),
                               SETUP_CHECKSUM,
-                              {0, "Cannot Open Setup File!"},
                               {0, "Not a Valid Setup File!"},
                               {SETUP_BAD_CHECKSUM, "Invalid Checksum in Setup File!", "Invalid Checksum"},
-                              {1, "Cannot Save Setup File.\nFile Creation Error!", "Save File"},
-                              {0, "Invalid/Corrupt Library File!", "Invalid/Corrupt"},
+                              "Cannot Open Setup File!",
+                              "Cannot Save Setup File.\nFile Creation Error!",
+                              "Invalid/Corrupt Library File!",
                               0xFF};
 
 class SetupFileTest : public FILE_TEST {};
 
 } // namespace
-
-TEST_F(SetupFileTest, AResetSetupSavesAsTheFactoryFile) {
-    setup_record.SPCLKEY = 0;
-    setup_record.EOT_TEXT = "x";
-    reset_setups();
-    EXPECT_EQ(saved_bytes(SETUP_KIND), FACTORY_FILE);
-    EXPECT_EQ(FACTORY_FILE.size(), 88U);
-    EXPECT_EQ(files_in_folder(), 1U);
-}
 
 TEST_F(SetupFileTest, EveryItemAndTextHasItsPlaceAndEveryTextItsLimit) {
     const std::pair<std::string SETUP_RECORD::*, std::size_t> texts[] = {
@@ -69,10 +60,10 @@ TEST_F(SetupFileTest, EveryItemAndTextHasItsPlaceAndEveryTextItsLimit) {
         append_text(cut, std::string(limit, fill));
     }
     expect_outcome(SETUP_KIND, stamped(too_long, SETUP_CHECKSUM), OPENED);
+    EXPECT_EQ(saved_bytes(SETUP_KIND), stamped(cut, SETUP_CHECKSUM));
     fill = '0';
     for (const auto& [text, limit] : texts)
         EXPECT_EQ(setup_record.*text, std::string(limit, ++fill));
-    EXPECT_EQ(saved_bytes(SETUP_KIND), stamped(cut, SETUP_CHECKSUM));
 
     // The record starts with the items, one byte each, in the file's order but for one.
     std::string in_record(reinterpret_cast<const char*>(&setup_record), ITEMS);
@@ -81,6 +72,9 @@ TEST_F(SetupFileTest, EveryItemAndTextHasItsPlaceAndEveryTextItsLimit) {
     EXPECT_EQ(in_record, items);
     EXPECT_EQ(setup_record.FLOW_CONTROL, 100 + FLOW_CONTROL_IN_FILE);
     EXPECT_EQ(setup_record.REREAD, 100 + ITEMS - 1);
+    reset_setups();
+    EXPECT_EQ(saved_bytes(SETUP_KIND), FACTORY_FILE);
+    EXPECT_EQ(FACTORY_FILE.size(), 88U);
 }
 
 TEST_F(SetupFileTest, OpensWhatIsWholeAndReportsEveryDamage) {
@@ -88,11 +82,8 @@ TEST_F(SetupFileTest, OpensWhatIsWholeAndReportsEveryDamage) {
     expect_outcomes(SETUP_KIND);
     expect_outcome(SETUP_KIND, std::string(FACTORY_FILE).replace(5, 1, "B"), SETUP_KIND.bad_checksum);
     EXPECT_EQ(setup_record.C39FLAGS, 'B') << "what was read stays";
-}
-
-TEST_F(SetupFileTest, TheTypeByteCountsInEitherCase) {
     std::string data = FACTORY_FILE.substr(0, 86);
-    data[4] = 's';
+    data[4] = 's'; // the type byte counts in either case
     expect_outcome(SETUP_KIND, stamped(data, SETUP_CHECKSUM), OPENED);
     expect_outcome(SETUP_KIND, data, LIBRARY);
     data[2] = 0x7C; // the earlier model's mark comes before the type
