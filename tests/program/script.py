@@ -76,6 +76,7 @@ def row(number):
         rows.send(LB_SETTOPINDEX, index)
         height = rows.send(LB_GETITEMHEIGHT)
         rows.push(5, (index - rows.send(LB_GETTOPINDEX)) * height + height // 2)
+        wait_for("the list to have the focus", lambda: focused(program).handle == rows.handle)
     return click
 
 
