@@ -63,7 +63,7 @@ NAMES = ["COUNT.001", "COUNT.002"]
 PREPARES = [
     programming.START, [programming.new_field(*script) for script, _ in FIELDS],
     "SOF Text: ", ID.CMD_SPECIAL_ASCII, shows("Special ASCII Characters"), row(49), "Add", row(14), "Add",
-    picture("special"), "Done", shows(programming.WINDOW),
+    picture("characters"), "Done", shows(programming.WINDOW),
     programming.saves(WORK / "COUNT.PGT", "Programming (COUNT)"), picture("programming"), ID.CMD_EXIT,
     shows(programming.MAIN), ID.CMD_CODE39, shows("Code 39 Options"), "Full ASCII|OK", shows(programming.MAIN),
     ID.CMD_SAVE_SETUP, shows("Save As"), WORK / "SHOP.CFT", shows(MAIN), settled, picture("main"),
