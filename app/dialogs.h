@@ -39,8 +39,8 @@ bool saves_or_gives_up(HWND owner, const std::string& question, const std::funct
 // keyboard would reach nothing.
 void enable_control(HWND dialog, int control, bool enabled, int next_focus);
 
-// Gives a control another window procedure and keeps its own, which own_procedure_of() tells the filter for
-// what it does not take; remove_filter() gives it back.
+// Gives a control another window procedure and keeps its own, to which the filter hands what it does not take
+// by call_own_procedure(); remove_filter() gives it back.
 void install_filter(HWND control, WNDPROC filter);
 void remove_filter(HWND control);
 LRESULT CALLBACK call_own_procedure(HWND control, UINT message, WPARAM wParam, LPARAM lParam);
