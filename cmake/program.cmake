@@ -87,3 +87,8 @@ endif()
 # Drives the running program from another process: one command a line, one answer a line.
 add_executable(drive tests/program/drive.cpp)
 target_link_libraries(drive PRIVATE tolvan_options user32)
+
+# Start-up against that of Wine's notepad; built only when it is asked for.
+add_executable(start_up_bench EXCLUDE_FROM_ALL bench/start_up.cpp)
+target_link_libraries(start_up_bench PRIVATE tolvan_options user32)
+add_dependencies(start_up_bench TolvanP)
