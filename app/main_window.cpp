@@ -56,16 +56,19 @@ void set_title(const std::string& setup_name) {
 
 // --- commands ---
 
-void run_send(HWND hwnd) {
-    run_dialog(DLG_SEND_RECEIVE, hwnd, SENDRECEIVEPROC, ACTION_SEND);
+// The end of a transfer that the command line asked for is the program's.
+void run_transfer(HWND hwnd, LPARAM action) {
+    run_dialog(DLG_SEND_RECEIVE, hwnd, SENDRECEIVEPROC, action);
     if (command_line_options_flag != 0)
         PostMessageA(hwnd, WM_COMMAND, CMD_EXIT, 0);
 }
 
+void run_send(HWND hwnd) {
+    run_transfer(hwnd, ACTION_SEND);
+}
+
 void run_receive(HWND hwnd) {
-    run_dialog(DLG_SEND_RECEIVE, hwnd, SENDRECEIVEPROC, ACTION_RECEIVE);
-    if (command_line_options_flag != 0)
-        PostMessageA(hwnd, WM_COMMAND, CMD_EXIT, 0);
+    run_transfer(hwnd, ACTION_RECEIVE);
 }
 
 void run_auto_receive(HWND hwnd) {
@@ -86,10 +89,7 @@ void open_setup(HWND hwnd) {
     static constexpr FILE_FILTER FILTERS[] = {{"Tolvan Setup Files(*.CFT)", "*.cft"},
                                               {"Quendal Setup Files(*.CFG)", "*.cfg"},
                                               {"All Files(*.*)", "*.*"}};
-    FILE_DIALOG dialog;
-    dialog.owner = hwnd;
-    dialog.filters = FILTERS;
-    dialog.directory = &config_directory;
+    FILE_DIALOG dialog{.owner = hwnd, .filters = FILTERS, .directory = &config_directory};
     // A setup with a wrong checksum is loaded, but it is not the file's: the title stays.
     if (ask_open_name(dialog) && open_setup_file(dialog.name) == 1)
         set_title(path_file_title(dialog.name));
@@ -97,10 +97,7 @@ void open_setup(HWND hwnd) {
 
 void save_setup(HWND hwnd) {
     static constexpr FILE_FILTER FILTERS[] = {{"Setup Files(*.CFT)", "*.cft"}};
-    FILE_DIALOG dialog;
-    dialog.owner = hwnd;
-    dialog.filters = FILTERS;
-    dialog.directory = &config_directory;
+    FILE_DIALOG dialog{.owner = hwnd, .filters = FILTERS, .directory = &config_directory};
     if (!ask_save_name(dialog, ".cft"))
         return;
     save_setup_file(dialog.name);
@@ -336,14 +333,12 @@ void read_mainwindow_size() {
 }
 
 void write_mainwindow_size() {
-    RECT window{};
-    GetWindowRect(hwndmain, &window);
+    SIZE size = window_size(hwndmain);
     if (IsIconic(hwndmain)) {
         WINDOWPLACEMENT placement{};
         placement.length = sizeof placement;
         GetWindowPlacement(hwndmain, &placement);
-        window = placement.rcNormalPosition;
+        size = size_of(placement.rcNormalPosition);
     }
-    write_window_size({.cx = static_cast<std::uint32_t>(window.right - window.left),
-                       .cy = static_cast<std::uint32_t>(window.bottom - window.top)});
+    write_window_size({.cx = static_cast<std::uint32_t>(size.cx), .cy = static_cast<std::uint32_t>(size.cy)});
 }

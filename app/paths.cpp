@@ -38,9 +38,3 @@ std::string with_default_extension(std::string_view path, std::string_view exten
     std::string name(path);
     return path.find('.') == std::string_view::npos ? name.append(extension) : name;
 }
-
-std::string without_quotes(std::string_view name) {
-    if (name.size() >= 2 && name.front() == '"' && name.back() == '"')
-        name = name.substr(1, name.size() - 2);
-    return std::string(name);
-}

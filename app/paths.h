@@ -21,6 +21,3 @@ std::string replace_extension(std::string_view path, std::string_view extension)
 
 // Appends `extension` unless the path holds a '.' anywhere: a dot in a folder's name suppresses it too.
 std::string with_default_extension(std::string_view path, std::string_view extension);
-
-// Takes one pair of quotes off a name that a command line carried in quotes.
-std::string without_quotes(std::string_view name);

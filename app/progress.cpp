@@ -10,7 +10,7 @@
 #include <memory>
 
 struct STATUS_BOX {
-    HWND box;
+    HWND window;
     RECT inner; // of the bar's control, in its client coordinates, without the frame
     int width;  // pixels of the bar that are filled; below 0 before the first drawing
 };
@@ -60,24 +60,24 @@ INT_PTR CALLBACK STATUSPROC(HWND hDlg, UINT message, WPARAM /*wParam*/, LPARAM l
 STATUS_BOX* open_status_box(int mode) {
     auto status = std::make_unique<STATUS_BOX>();
     status->width = -1;
-    status->box = CreateDialogParamA(hInstance, MAKEINTRESOURCEA(DLG_STATUS), hwndmain, STATUSPROC, mode);
-    GetClientRect(GetDlgItem(status->box, IDC_STATUS_BAR), &status->inner);
+    status->window = CreateDialogParamA(hInstance, MAKEINTRESOURCEA(DLG_STATUS), hwndmain, STATUSPROC, mode);
+    GetClientRect(GetDlgItem(status->window, IDC_STATUS_BAR), &status->inner);
     InflateRect(&status->inner, -1, -1);
-    SetWindowLongPtrA(status->box, DWLP_USER, reinterpret_cast<LONG_PTR>(status.get()));
+    SetWindowLongPtrA(status->window, DWLP_USER, reinterpret_cast<LONG_PTR>(status.get()));
     // Above the dialog that works, without taking the activation from it: that could not be given back while
     // the main window, which owns the box, is disabled.
-    SetWindowPos(status->box, HWND_TOP, 0, 0, 0, 0,
+    SetWindowPos(status->window, HWND_TOP, 0, 0, 0, 0,
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
-    RedrawWindow(status->box, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    RedrawWindow(status->window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
     return status.release();
 }
 
 void update_status_bar(STATUS_BOX* box, std::int64_t position, std::int64_t size) {
     const int width = status_bar_width(static_cast<int>(box->inner.right), position, size);
-    if (width == box->width || box->box == nullptr)
+    if (width == box->width || box->window == nullptr)
         return;
     box->width = width;
-    HWND bar = GetDlgItem(box->box, IDC_STATUS_BAR);
+    HWND bar = GetDlgItem(box->window, IDC_STATUS_BAR);
     HDC dc = GetDC(bar);
     draw_status_bar(dc, box->inner, width);
     ReleaseDC(bar, dc);
@@ -86,5 +86,5 @@ void update_status_bar(STATUS_BOX* box, std::int64_t position, std::int64_t size
 
 void close_status_box(STATUS_BOX* box) {
     const std::unique_ptr<STATUS_BOX> status(box);
-    DestroyWindow(status->box);
+    DestroyWindow(status->window);
 }

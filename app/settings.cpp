@@ -22,16 +22,11 @@ struct DIRECTORY_KEY {
     std::string* directory;
 };
 // The program directory stands first: it tells whether the others were ever written.
-constexpr std::array<DIRECTORY_KEY, 8> DIRECTORIES = {{
-    {"P_DIRECT", &prog_directory},
-    {"D_DIRECT", &data_directory},
-    {"L_DIRECT", &lib_directory},
-    {"S_DIRECT", &send_directory},
-    {"R_DIRECT", &receive_directory},
-    {"U_DIRECT", &upgrade_directory},
-    {"C_DIRECT", &config_directory},
-    {"M_DIRECT", &monitor_directory},
-}};
+constexpr DIRECTORY_KEY DIRECTORIES[] = {
+    {"P_DIRECT", &prog_directory},   {"D_DIRECT", &data_directory},    {"L_DIRECT", &lib_directory},
+    {"S_DIRECT", &send_directory},   {"R_DIRECT", &receive_directory}, {"U_DIRECT", &upgrade_directory},
+    {"C_DIRECT", &config_directory}, {"M_DIRECT", &monitor_directory},
+};
 
 } // namespace
 

@@ -2,7 +2,6 @@
 // directories.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string>
 

@@ -26,6 +26,7 @@ add_library(tolvan_screens OBJECT
     library/LIB_dialogs.cpp
     monitor/MONITOR_print.cpp
     monitor/MONITOR_prompts.cpp
+    monitor/MONITOR_view.cpp
     monitor/MONITOR_window.cpp
     program/LOOKUP_dialogs.cpp
     program/LOOKUP_file_dialog.cpp

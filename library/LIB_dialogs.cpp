@@ -65,12 +65,7 @@ void initialise(HWND hDlg) {
 // A dialog for files of the librarian. A library that was opened has listed names in the current folder, and
 // they must go on to mean the same files.
 FILE_DIALOG file_dialog(HWND hDlg, std::span<const FILE_FILTER> filters) {
-    FILE_DIALOG dialog;
-    dialog.owner = hDlg;
-    dialog.filters = filters;
-    dialog.directory = &lib_directory;
-    dialog.keeps_current_folder = true;
-    return dialog;
+    return {.owner = hDlg, .filters = filters, .directory = &lib_directory, .keeps_current_folder = true};
 }
 
 // --- the library file ---

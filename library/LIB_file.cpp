@@ -87,9 +87,9 @@ FILE_START read_file_start(std::FILE* file) {
     return {length, read_byte(reader)};
 }
 
-bool fills_file(std::FILE* file, std::uint32_t length) {
-    const std::int64_t end = std::int64_t{length} + std::int64_t{CHECKSUM_SIZE};
-    return end == file_length(file) || (seek_file(file, end) && is_null_padded(file) == 1);
+std::uint8_t fold_type(std::uint8_t file_type) {
+    return static_cast<std::uint8_t>(file_type >= 'a' && file_type <= 'z' ? file_type - 'a' + 'A'
+                                                                          : file_type);
 }
 
 int is_null_padded(std::FILE* file) {
@@ -105,13 +105,13 @@ int is_null_padded(std::FILE* file) {
     }
 }
 
-bool is_library_member_type(unsigned char file_type) {
-    return file_type == 'I' || file_type == 'R' || file_type == 'S';
+bool fills_file(std::FILE* file, std::uint32_t length) {
+    const std::int64_t end = std::int64_t{length} + std::int64_t{CHECKSUM_SIZE};
+    return end == file_length(file) || (seek_file(file, end) && is_null_padded(file) == 1);
 }
 
-std::uint8_t fold_type(std::uint8_t file_type) {
-    return static_cast<std::uint8_t>(file_type >= 'a' && file_type <= 'z' ? file_type - 'a' + 'A'
-                                                                          : file_type);
+bool is_library_member_type(unsigned char file_type) {
+    return file_type == 'I' || file_type == 'R' || file_type == 'S';
 }
 
 std::int64_t size_by_length(std::uint32_t length, std::uint8_t type) {

@@ -1,8 +1,9 @@
 // The librarian's list: the files that a library is made of.
+#include "library/LIB.h"
+
 #include "app/desktop.h"
 #include "app/files.h"
 #include "app/paths.h"
-#include "library/LIB.h"
 
 #include <algorithm>
 #include <exception>
@@ -12,12 +13,9 @@ LIBRARIAN librarian;
 
 namespace {
 
-char upper_case(char c) {
-    return static_cast<char>(fold_type(static_cast<std::uint8_t>(c)));
-}
-
 std::string upper_case(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](char c) { return upper_case(c); });
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](char c) { return static_cast<char>(fold_type(static_cast<std::uint8_t>(c))); });
     return text;
 }
 

@@ -19,11 +19,8 @@ bool refuse(WINDOW owner, const char* text, const char* caption = CAPTION) {
 }
 
 std::string capture_image() {
-    std::size_t size = 0;
-    for (const MON_STRINGS& line : captured_text.lines)
-        size += std::string_view(line.string.data()).size() + 1;
     std::string image;
-    image.reserve(size);
+    image.reserve(captured_text.lines.size() * (MON_LINE_LIMIT + 1));
     for (const MON_STRINGS& line : captured_text.lines)
         image.append(line.string.data()).push_back('\n');
     return image;
