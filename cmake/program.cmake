@@ -23,6 +23,7 @@ add_library(tolvan_screens OBJECT
     comm/line_win32.cpp
     files/FILEGEN_dialogs.cpp
     files/FILEGEN_editor.cpp
+    files/FILEGEN_lines.cpp
     library/LIB_dialogs.cpp
     monitor/MONITOR_print.cpp
     monitor/MONITOR_prompts.cpp

@@ -5,7 +5,6 @@
 #include "files/MEMORY.h"
 
 std::uint32_t record_entry_total = 0;
-std::uint32_t record_index_base = 1;
 
 namespace {
 

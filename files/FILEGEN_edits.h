@@ -1,10 +1,9 @@
-// The repetitive edits of the record store, and the thirteen lines of it that the editor shows.
+// The repetitive edits of the record store.
 #pragma once
 
 #include <cstdint>
 #include <string_view>
 
-inline constexpr int VISIBLE_LINES = 13;
 inline constexpr std::uint32_t MOST_REPEATS = 65535;
 
 // Each shows the progress box, changes record_entry_total as it goes, and returns false when memory ran out
@@ -15,4 +14,3 @@ bool repeat_insert(std::uint32_t start_line, std::uint32_t interval, std::string
 bool repeat_delete(std::uint32_t start_line, std::uint32_t interval);
 
 extern std::uint32_t record_entry_total; // records in the store, as the editor counts them
-extern std::uint32_t record_index_base;  // line number of the first visible line, from 1

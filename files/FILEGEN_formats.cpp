@@ -22,7 +22,6 @@
 #include <algorithm>
 #include <limits>
 #include <memory>
-#include <numeric>
 
 namespace {
 

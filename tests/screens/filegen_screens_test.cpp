@@ -5,6 +5,7 @@
 #include "files/FILEGEN.h"
 #include "files/FILEGEN_edits.h"
 #include "files/FILEGEN_import.h"
+#include "files/FILEGEN_lines.h"
 #include "files/FILEGEN_screens.h"
 #include "files/MEMORY.h"
 #include "resources/control.h"
