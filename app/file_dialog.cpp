@@ -47,7 +47,7 @@ bool run_file_dialog(FILE_DIALOG& dialog, BOOL(WINAPI* system_dialog)(OPENFILENA
     if (!chosen)
         return false;
 
-    dialog.name = path.c_str();
+    dialog.name = path.substr(0, path.find('\0'));
     dialog.filter_index = request.nFilterIndex;
     if (dialog.directory != nullptr)
         *dialog.directory = dialog.name.substr(0, request.nFileOffset);

@@ -16,7 +16,7 @@ struct FILE_DIALOG {
     HWND owner = nullptr;
     std::span<const FILE_FILTER> filters = {};
     const char* title = nullptr;      // nullptr: the system's own
-    std::string name = "";            // proposed name; then the chosen path
+    std::string name = {};            // proposed name; then the chosen path
     std::string* directory = nullptr; // initial folder; the chosen file's folder is stored back into it
     unsigned long filter_index = 1;   // counts from 1; then the chosen one
     bool asks_to_replace = true;      // saving only: whether a file that exists is asked about

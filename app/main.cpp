@@ -55,6 +55,7 @@ int run_message_loop() {
 
 } // namespace
 
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the system's names differ.
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE hprevinstance, LPSTR lpszcmdparam, int ncmdshow) {
     hInstance = instance;
     if (LOBYTE(LOWORD(GetVersion())) < OLDEST_WINDOWS) {

@@ -47,7 +47,7 @@ void update_status_bar(STATUS_BOX* box, std::int64_t position, std::int64_t size
 void close_status_box(STATUS_BOX*) {}
 
 BUTTON show_message(WINDOW, const std::string& text, const std::string&, MESSAGE_ICON, MESSAGE_BUTTONS) {
-    std::fprintf(stderr, "unexpected message: %s\n", text.c_str());
+    (void)std::fprintf(stderr, "unexpected message: %s\n", text.c_str());
     std::abort();
 }
 

@@ -22,7 +22,8 @@ BOOL CALLBACK find_shown_window(HWND window, LPARAM process) {
 }
 
 // Returns the seconds that one start took, below 0 when no window came up. The process is ended.
-double start_once(std::string command) {
+double start_once(const std::string& program) {
+    std::string command = program; // which is written to
     STARTUPINFOA startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process{};

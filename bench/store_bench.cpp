@@ -13,6 +13,7 @@ constexpr std::int64_t MILLION = 1'000'000;
 
 std::vector<std::string> varied_records() {
     std::vector<std::string> records;
+    records.reserve(MILLION);
     for (std::int64_t number = 0; number < MILLION; ++number)
         records.push_back(std::to_string(4006381333931 + number * 7919) + " article " +
                           std::to_string(number));

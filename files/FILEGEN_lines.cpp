@@ -271,7 +271,7 @@ void show_lines(HWND hDlg, FILE_LINES& lines) {
     for (int row = 0; row < VISIBLE_LINES; ++row) {
         const std::int64_t line = line_in(row);
         const bool is_record = line <= record_entry_total && *record != END_OF_RECORDS;
-        const char* mark = line == std::int64_t{record_entry_total} + 1 ? END_OF_ENTRIES : "";
+        const char* mark = line - 1 == record_entry_total ? END_OF_ENTRIES : "";
         set_own_text(hDlg, IDC_FILE_LINE + row, is_record ? record : mark);
         set_control_text(hDlg, IDC_FILE_NUMBER + row, is_record ? std::to_string(line) : "");
         EnableWindow(GetDlgItem(hDlg, IDC_FILE_LINE + row), is_record);

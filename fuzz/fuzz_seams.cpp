@@ -155,7 +155,7 @@ bool are_seams_clean() {
 }
 
 std::string input_file(std::string_view input, const char* extension) {
-    const std::string name = (folder() / ("FILE" + std::to_string(++input_files))).string() + extension;
+    std::string name = (folder() / ("FILE" + std::to_string(++input_files))).string() + extension;
     std::ofstream(name, std::ios::binary).write(input.data(), static_cast<std::streamsize>(input.size()));
     return name;
 }
@@ -267,8 +267,8 @@ LOCAL_TIME local_time() {
 
 std::string temporary_file_name() {
     static int files;
-    const std::string name = (temporary_folder() / std::to_string(++files)).string();
-    std::ofstream(name, std::ios::binary);
+    std::string name = (temporary_folder() / std::to_string(++files)).string();
+    const std::ofstream made(name, std::ios::binary);
     return name;
 }
 

@@ -105,7 +105,7 @@ void fuzz_library(std::string_view input) {
         save_library_file(nullptr, input_file("", ".LBT"));
     std::string member = name;
     if (extract_library_file(nullptr, member) == 1)
-        std::remove(member.c_str());
+        (void)std::remove(member.c_str());
     open_program_file(nullptr, name);
     open_setup_file(name);
 }
