@@ -71,8 +71,9 @@ TEST(SetupScreens, OkKeepsWhatWasNotChanged) {
         run_screen(screen.dialog, [](HWND dialog) {
             EXPECT_EQ(layout_faults(dialog), std::vector<std::string>());
             EXPECT_EQ(unreached_by_tab(dialog), std::vector<int>());
-            press_key(VK_RETURN);
+            close_window(dialog);
         });
+        run_screen(screen.dialog, [](HWND) { press_key(VK_RETURN); });
         EXPECT_EQ(contents(setup_record), contents(expected));
     }
     reset_setups();
