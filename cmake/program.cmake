@@ -73,7 +73,6 @@ if(EXISTS ${GOOGLETEST_SOURCE}/CMakeLists.txt)
         tests/screens/drive_dialog.cpp
         tests/screens/field_screen_test.cpp
         tests/screens/filegen_screens_test.cpp
-        tests/screens/flash_screen_test.cpp
         tests/screens/library_screens_test.cpp
         tests/screens/lookup_screens_test.cpp
         tests/screens/monitor_screens_test.cpp

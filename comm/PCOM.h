@@ -43,6 +43,17 @@ void reset_com_setups();
 void read_com_setup();
 void write_com_setup();
 
+// What the Send/Receive screen shows of the settings.
+struct SETTINGS_SUMMARY {
+    std::string interface_mode; // "DIRECT"
+    std::string baudrate;       // "9600"
+    std::string line;           // "N81"
+    std::string port;           // "COM1"
+    std::string protocol;       // "XMODEM"
+    std::string filemode;       // "APPEND"
+};
+SETTINGS_SUMMARY summarize_settings(const COMM_SETTINGS& settings);
+
 // How a transfer ended.
 enum TRANSFER_RESULT {
     TRANSFER_COMPLETED = 0,
@@ -102,6 +113,7 @@ void upgrade_flash(WINDOW screen, const std::string& file_name);
 
 extern bool auto_receive_flag;             // receiving again and again until the operator cancels
 extern std::uint32_t auto_receive_counter; // number in the name of the next file in increment mode
+bool is_increment();                       // auto receive that numbers its files
 
 // NAME.001 for a name and the counter.
 std::string increment_extension(std::uint32_t counter);
@@ -116,14 +128,3 @@ bool isflash_file(const std::string& file_name);
 
 // Puts the line settings that the upgrade needs into comm_settings; port, retries and the rest stay.
 void force_flash_settings();
-
-// What the Send/Receive screen shows of the settings.
-struct SETTINGS_SUMMARY {
-    std::string interface_mode; // "DIRECT"
-    std::string baudrate;       // "9600"
-    std::string line;           // "N81"
-    std::string port;           // "COM1"
-    std::string protocol;       // "XMODEM"
-    std::string filemode;       // "APPEND"
-};
-SETTINGS_SUMMARY summarize_settings(const COMM_SETTINGS& settings);

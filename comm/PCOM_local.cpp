@@ -22,7 +22,7 @@ FILE_HANDLE open_file_to_send(const std::string& name) {
 }
 
 FILE_HANDLE open_file_to_receive(const std::string& name) {
-    const bool append = auto_receive_flag && comm_settings.filemode != FILE_INCREMENT;
+    const bool append = auto_receive_flag && !is_increment();
     FILE_HANDLE file = open_file(name, append ? "ab" : "wb");
     if (file) {
         (void)std::setvbuf(file.get(), nullptr, _IONBF, 0);

@@ -80,7 +80,6 @@ struct SCREEN_ACTION {
 // The screen is modal, so there is one at most. Its record outlives the window: a transfer still on the stack
 // may ask for it when the window is gone.
 struct SENDRECEIVE_SCREEN {
-    HWND window;
     const SCREEN_ACTION* action;
     bool transferring;
     bool end_requested; // by the main window or by the system: the transfer and the screen are to end
@@ -223,7 +222,7 @@ void browse_increment(HWND screen) {
 }
 
 void browse_receive(HWND screen) {
-    if (auto_receive_flag && comm_settings.filemode == FILE_INCREMENT)
+    if (is_increment())
         browse_increment(screen);
     else
         browse_receive_one(screen);
@@ -272,7 +271,6 @@ void run_transfer(HWND screen) {
 
 void open_screen(HWND screen, int action) {
     current = {};
-    current.window = screen;
     current.action = &ACTIONS[action];
     auto_receive_counter = 0;
     center_window(screen);

@@ -49,10 +49,6 @@ bool is_xmodem() {
     return comm_settings.protocol == PROTOCOL_XMODEM;
 }
 
-bool is_increment() {
-    return auto_receive_flag && comm_settings.filemode == FILE_INCREMENT;
-}
-
 void show_result(WINDOW screen, int result) {
     show_counter(screen, COUNTER::STATUS, transfer_status_text(result));
     beep();
@@ -64,12 +60,12 @@ void end_send(WINDOW screen, LINE* port, int result) {
     close_line(port);
 }
 
-// The flow column follows the protocol, not the flow control: so the readers of these logs know it.
+// The flow column shows the protocol's number as if it were a FLOW: so the readers of these logs know it.
 const char* logged_flow_control() {
     switch (comm_settings.protocol) {
-    case 2:
+    case FLOW_RTS_CTS:
         return "RTC/CTS";
-    case 1:
+    case FLOW_XON_XOFF:
         return "XON/XOFF";
     default:
         return "NONE";
@@ -128,6 +124,10 @@ const char* transfer_status_text(int result) {
 
 const char* transfer_log_notes(int result) {
     return result_texts(result).notes;
+}
+
+bool is_increment() {
+    return auto_receive_flag && comm_settings.filemode == FILE_INCREMENT;
 }
 
 std::string increment_extension(std::uint32_t counter) {

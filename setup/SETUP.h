@@ -1,7 +1,6 @@
 // The portable's setup: one record, edited in place by the setup dialogs, and its file (".CFT").
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string>
 

@@ -15,6 +15,7 @@
 #include "convert/CONVERT.h"
 #include "library/LIB.h"
 
+#include <array>
 #include <new>
 
 SETUP_RECORD setup_record;

@@ -3,14 +3,14 @@
 import re
 
 from script import run, shows
-from tolvan import (ID, IDCANCEL, IDOK, IDYES, LIMIT, Program, ProgramTest, crc, read_settings, wait_for,
+from tolvan import (ID, IDCANCEL, IDNO, IDOK, IDYES, LIMIT, Program, ProgramTest, crc, read_settings, wait_for,
                     windows_path)
 
-SOH, EOT, ACK, NAK, CAN = b"\x01", b"\x04", b"\x06", b"\x15", b"\x18"
+SOH, EOT, ACK, CAN = b"\x01", b"\x04", b"\x06", b"\x18"
 CRC_FRAME = 133  # bytes
 EVERY_BYTE = bytes(range(256))
 PLAIN = {"COMM": {"PROTOCOL": 0}}
-SEND_TITLE, RECEIVE_TITLE = "Enter Filename To Send", "Enter Filename To Receive"
+SEND_TITLE = "Enter Filename To Send"
 WARNING = ("WARNING: The Tolvan Portable will lose all program and data files.\n"
            "Options will be reset to factory defaults. Continue?")
 LOG = """\
@@ -37,7 +37,7 @@ class UnattendedTest(ProgramTest):
                 self.assert_padded((self.folder / receiver[-1]).read_bytes(), sent)
 
     def test_receive_keeps_the_senders_fill(self):
-        sent = EVERY_BYTE + b"data"
+        sent = EVERY_BYTE * 150 + b"data"
         self.file("offered", sent)
         stored = self.folder / "stored.dat"
         transfer = self.line.start("sx", "offered", folder=self.folder)
@@ -80,32 +80,31 @@ class SendScreenTest(ProgramTest):
         self.assertEqual(frame[:3], SOH + b"\x01\xfe")
         self.assertEqual(screen.value("Status:"), "Sending")
 
-    def test_cancelled_in_the_middle_and_sent_again(self):
+    def test_cancelled_in_the_middle_and_another_chosen(self):
         with Program() as program:
             screen = self.open_screen(program, b"x" * 300)
             self.begin_with_one_block(screen)
             for caption, enabled in (("Close", False), ("Browse", False), ("Cancel", True)):
                 self.assertEqual(screen.button(caption).enabled(), enabled, caption)
             screen.close()
-            screen.command(IDCANCEL)  # what Escape sends
+            for command in (IDCANCEL, ID.CMD_SENDRECEIVE_SETUP):  # Escape sends the first
+                screen.command(command)
             self.line.write(ACK)
             self.assertEqual(self.line.read_exactly(CRC_FRAME)[1:2], b"\x02")
-            self.assertTrue(screen.alive())
+            self.assertTrue(screen.alive() and screen.enabled())
             screen.click("Cancel")
             screen.wait_value("Status:", "User Abort")
             self.assertEqual(self.line.read(), CAN)
             self.line.wait_closed()
             for caption in ("Close", "Browse", "Send"):
                 self.assertTrue(screen.button(caption).enabled(), caption)
-            transfer = self.line.start("rx", "-c", "got", folder=self.folder)
-            screen.click("Send")
-            screen.wait_value("Status:", "Completed")
-            self.assertEqual(transfer.finish(), 0)
-            self.line.wait_closed()
-            for label, value in (("Filesize:", "300"), ("Blocks:", "3"), ("Blocks Sent:", "3"),
-                                 ("Bytes Sent:", "384"), ("Errors:", "0")):
+            for label, value in (("Filesize:", "300"), ("Blocks:", "3"), ("Blocks Sent:", "2"),
+                                 ("Bytes Sent:", "256"), ("Errors:", "0")):
                 self.assertEqual(screen.value(label), value)
-            self.assert_padded((self.folder / "got").read_bytes(), b"x" * 300)
+            screen.click("Browse")
+            program.choose_file(SEND_TITLE, self.file("next.dat", b"x" * 128))
+            screen.wait_value("Blocks:", "1")
+            self.assertEqual([screen.value(label) for label in ("Blocks Sent:", "Status:")], ["", ""])
             screen.click("Close")
             screen.wait_gone()
             self.assertEqual(program.exit(), 0)
@@ -126,65 +125,52 @@ class SendScreenTest(ProgramTest):
             self.line.close()
             wait_for("the end of the transfer", lambda: screen.button("Close").enabled(), 2 * LIMIT)
             self.assertIn(screen.value("Status:"), ("Transmit Error", "Timeout Error"))
+            screen.click("Send")
+            self.assertRegex(program.answer("Tolvan Programmer"), "Error (Opening|Initializing) Com Port.")
 
 
 class UpgradeTest(ProgramTest):
-    def take_frames(self, screen, content, request):
-        """The portable's part; it leaves the last frame unanswered."""
-        screen.click("Send")
-        self.line.wait_open()
-        screen.wait_value("Status:", "Waiting")
-        for block, at in enumerate(range(0, len(content), 1024), 1):
-            self.line.write(request if block == 1 else ACK)
-            data = content[at:at + 1024].ljust(1024, b"\0")
-            tail = bytes([sum(data) % 256]) if request == NAK else crc(data)
-            self.assertEqual(self.line.read_exactly(1027 + len(tail)), SOH + bytes([block, 255 - block]) + data + tail)
+    def assert_settings(self, program, *settings):
+        run(program, ID.CMD_SEND, shows(SEND_TITLE), IDCANCEL, shows("Send File"))
+        self.assertEqual([program.screen.value(label) for label in ("Baud rate:", "Protocol:")], [*settings])
+        run(program, "Close", shows("Tolvan*"))
 
-    def test_both_modes_cancel_and_the_settings_afterwards(self):
+    def test_valid_files_only_and_the_settings_afterwards(self):
         image = (EVERY_BYTE * 20)[:4994]
         content = b"HEAD" + image + crc(image)
+        path = self.file("NEW.UPG", content + b"?")
         own = {"BAUDRATE": "300", "PROTOCOL": "0"}
+        refused = [shows("Tolvan Programmer", "Invalid Upgrade File"), IDOK, shows("Upgrade Flash")]
         with Program(settings={"COMM": own}) as program:
             program.command(ID.CMD_UPGRADE)
-            run(program, shows("Upgrade Flash", WARNING), IDYES, shows(SEND_TITLE), self.file("NEW.UPG", content),
-                shows("Upgrade Flash"))
+            run(program, shows("Upgrade Flash", WARNING), IDYES, shows(SEND_TITLE), path, refused)
             screen = program.screen
+            self.assertEqual([screen.value("Status:"), screen.button("Send").enabled()], ["Flash Error", False])
+            self.file("NEW.UPG", content)
+            run(program, "Browse", shows(SEND_TITLE), path, shows("Upgrade Flash"))
             screen.wait_value("Status:", "File OK")
-            for request in (b"C", NAK):
-                self.take_frames(screen, content, request)
-                self.line.write(ACK)
-                self.assertEqual(self.line.read(), EOT)
-                screen.wait_value("Status:", "Completed")
-                self.line.wait_closed()
-            self.take_frames(screen, content[:1024], b"C")
-            screen.click("Cancel")
-            screen.wait_value("Status:", "User Abort")
-            self.assertEqual(self.line.read(), CAN)
-            run(program, "Close", shows("Tolvan*"), ID.CMD_SEND, shows(SEND_TITLE), IDCANCEL, shows("Send File"))
-            self.assertEqual([program.screen.value(label) for label in ("Baud rate:", "Protocol:")], ["300", "NONE"])
-            run(program, "Close", shows("Tolvan*"))
+            screen.click("Send")
+            screen.wait_value("Status:", "Waiting")
+            for block, request in enumerate((b"C", ACK, ACK, ACK, ACK), 1):
+                self.line.write(request)
+                data = content[block * 1024 - 1024:block * 1024].ljust(1024, b"\0")
+                self.assertEqual(self.line.read_exactly(1029), SOH + bytes([block, 255 - block]) + data + crc(data))
+            self.line.write(ACK)
+            self.assertEqual(self.line.read(), EOT)
+            screen.wait_value("Status:", "Completed")
+            self.file("NEW.UPG", content + b"?")  # since it was chosen
+            run(program, "Send", refused, "Close", shows("Tolvan*"))
+            self.assert_settings(program, "300", "NONE")
+            run(program, ID.CMD_UPGRADE, shows("Upgrade Flash", WARNING), IDNO, shows("Tolvan*"))
+            self.assert_settings(program, "38400", "XMODEM")
             self.assertEqual(program.exit(), 0)
         self.assertEqual(read_settings()["COMM"], own)
 
 
 class ReceiveScreenTest(ProgramTest):
-    def test_attended_receive_adds_the_filters_extension(self):
-        self.file("offered", b"collected")
-        with Program() as program:
-            program.command(ID.CMD_RECEIVE)
-            program.choose_file(RECEIVE_TITLE, self.folder / "data")
-            screen = program.window("Receive File")
-            transfer = self.line.start("sx", "offered", folder=self.folder)
-            screen.click("Receive")
-            screen.wait_value("Status:", "Completed")
-            self.assertEqual(transfer.finish(), 0)
-            for label, value in (("Block Count:", "1"), ("Byte Count:", "128"), ("Errors:", "0")):
-                self.assertEqual(screen.value(label), value)
-        self.assert_padded((self.folder / "data.TXT").read_bytes(), b"collected", padding=b"\x1a")
-        self.assertFalse((self.folder / "LOG.TXT").exists())
-
     def test_auto_receive_in_increment_mode(self):
         self.file("DATA", b"")  # no question: it is not the name of a file to be received
+        self.file("DATA.007", b"an older file, overwritten" * 50)
         contents = [EVERY_BYTE + b"first", b"second" * 50, b"third" + bytes(123)]
         with Program(settings={"COMM": {"FILEMODE": 1}}, folder=self.folder) as program:
             program.command(ID.CMD_AUTO_RECEIVE)
