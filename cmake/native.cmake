@@ -33,6 +33,7 @@ add_executable(logic_tests
     tests/checksum_test.cpp
     tests/comm_flash_test.cpp
     tests/comm_modem_test.cpp
+    tests/comm_noise_test.cpp
     tests/comm_settings_test.cpp
     tests/comm_test.cpp
     tests/comm_transfer_test.cpp
