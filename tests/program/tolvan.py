@@ -42,9 +42,8 @@ TITLE = "Tolvan Programmer V1.17"  # of the program, of its questions, and its w
 LIMIT = 20  # seconds; what takes longer by its nature says so
 POLL = 0.02  # seconds
 
-WM_NULL, WM_CLOSE, WM_KEYDOWN, WM_KEYUP, WM_CHAR, WM_COMMAND, WM_SYSCOMMAND = 0, 0x10, 0x100, 0x101, 0x102, 0x111, 0x112
-WM_LBUTTONDOWN, WM_LBUTTONUP, WM_CONTEXTMENU, WM_NEXTDLGCTL = 0x201, 0x202, 0x7B, 0x28
-CB_GETCURSEL, CB_SETCURSEL, BM_CLICK, SC_MINIMIZE = 0x147, 0x14E, 0xF5, 0xF020
+WM_NULL, WM_CLOSE, WM_KEYDOWN, WM_COMMAND, WM_SYSCOMMAND, SC_MINIMIZE = 0, 0x10, 0x100, 0x111, 0x112, 0xF020
+WM_LBUTTONDOWN, WM_LBUTTONUP, WM_NEXTDLGCTL = 0x201, 0x202, 0x28
 BM_GETCHECK, LB_GETTOPINDEX, LB_SETTOPINDEX, LB_GETITEMHEIGHT = 0xF0, 0x18E, 0x197, 0x1A1
 IDOK, IDCANCEL, IDYES, IDNO = 1, 2, 6, 7
 FILE_NAME_EDIT = 0x47C  # of the file dialogs
@@ -103,11 +102,10 @@ class Desktop:
         if self.process is None or self.process.poll() is not None:
             self.process = subprocess.Popen(["wine", DRIVE], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                             stderr=subprocess.DEVNULL)
-        escapes = str.maketrans({"\\": "\\\\", "\t": "\\t", "\n": "\\n", "\r": "\\r"})
-        line = "\t".join(str(part).translate(escapes) for part in command) + "\n"
+        words = ["." + str(part).encode("latin-1").hex() for part in command]
         watchdog = threading.Timer(3 * LIMIT, self.process.kill)
         watchdog.start()
-        self.process.stdin.write(line.encode("latin-1"))
+        self.process.stdin.write((" ".join(words) + "\n").encode())
         self.process.stdin.flush()
         answer = self.process.stdout.readline()
         watchdog.cancel()
@@ -183,12 +181,6 @@ class Window:
 
     def entries(self):
         return desktop.ask("entries", self.handle)
-
-    def selection(self):
-        return self.entries()[self.send(CB_GETCURSEL)]
-
-    def select(self, entry):
-        self.send(CB_SETCURSEL, self.entries().index(entry))
 
     def children(self):
         return [Window(known) for known in desktop.ask("children", self.handle)]
