@@ -23,6 +23,11 @@ def setup_file(items, texts=RESET_TEXTS):
     return body + crc(body)
 
 
+def minimise(program):
+    program.main.post(WM_SYSCOMMAND, SC_MINIMIZE)
+    wait_for("the window to be minimised", lambda: program.main.now()["minimised"])
+
+
 class SetupFileTest(ProgramTest):
     def wait_title(self, program, title):
         wait_for(title, lambda: program.main.text() == f"{TITLE} ({title})")
@@ -63,7 +68,7 @@ class SettingsTest(ProgramTest):
             self.assertEqual(program.exit(), 0)
         self.assertEqual(read_settings()["MAIN_WINDOW"], {"CX": str(width), "CY": str(height)})
 
-    def test_empty_program_directory_resets_all(self):
+    def test_directories_last_until_the_first_is_empty(self):
         kept = {key: f"C:\\{key}" for key in DIRECTORY_KEYS}
         with Program(settings={"DIRECT": kept}) as program:
             self.assertEqual(program.exit(), 0)
@@ -72,12 +77,9 @@ class SettingsTest(ProgramTest):
             self.assertEqual(set(read_settings()["DIRECT"].values()) & set(kept.values()), set())
 
     def test_window_size_lasts(self):
-        with Program(settings={"MAIN_WINDOW": {"CX": 600}}) as program:
-            self.assertEqual(program.main.size(), (600, 86))
         with Program(settings={"MAIN_WINDOW": {"CX": 700, "CY": 300}}) as program:
             self.assertEqual(program.main.size(), (700, 300))
-            program.main.post(WM_SYSCOMMAND, SC_MINIMIZE)
-            wait_for("the window to be minimised", lambda: program.main.now()["minimised"])
+            minimise(program)
             program.main.close()
             self.assertEqual(program.wait_exit(), 0)
         self.assertEqual(read_settings()["MAIN_WINDOW"], {"CX": "700", "CY": "300"})
@@ -86,8 +88,7 @@ class SettingsTest(ProgramTest):
 class CommandTest(ProgramTest):
     def test_second_instance_brings_the_first_forward(self):
         with Program() as program:
-            program.main.post(WM_SYSCOMMAND, SC_MINIMIZE)
-            wait_for("the window to be minimised", lambda: program.main.now()["minimised"])
+            minimise(program)
             self.assertEqual(start_wine(PROGRAM).wait(LIMIT), 0)
             self.assertFalse(program.main.now()["minimised"])
             program.command(ID.CMD_ABOUT)

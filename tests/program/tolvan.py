@@ -51,16 +51,9 @@ FILE_NAME_EDIT = 0x47C  # of the file dialogs
 DIALOG_CLASS = "#32770"
 
 
-def read_identifiers():
-    """Every identifier of the resources by its name."""
-    names = {}
-    for header in ("define.h", "control.h"):
-        for name, value in re.findall(r"#define (\w+) (\d+)", (ROOT / "resources" / header).read_text()):
-            names[name] = int(value)
-    return types.SimpleNamespace(**names)
-
-
-ID = read_identifiers()
+ID = types.SimpleNamespace(**{  # every identifier of the resources by its name
+    name: int(value) for header in ("define.h", "control.h")
+    for name, value in re.findall(r"#define (\w+) (\d+)", (ROOT / "resources" / header).read_text())})
 
 
 def wait_for(what, condition, limit=LIMIT):
@@ -99,7 +92,7 @@ class Desktop:
         self.process = None
 
     def ask(self, *command):
-        if self.process is None or self.process.poll() is not None:
+        if not self.process or self.process.poll() is not None:
             self.process = subprocess.Popen(["wine", DRIVE], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                             stderr=subprocess.DEVNULL)
         words = ["." + str(part).encode("latin-1").hex() for part in command]
@@ -259,11 +252,9 @@ class Line:
         return portable.read(self.master, limit) or b""
 
     def read_exactly(self, count, limit=LIMIT):
-        data = b""
-        deadline = time.monotonic() + limit
-        while len(data) < count and time.monotonic() < deadline:
-            data += self.some(count - len(data))
-        return data
+        data = bytearray()
+        wait_for(f"{count} bytes", lambda: data.extend(self.some(count - len(data))) or len(data) == count, limit)
+        return bytes(data)
 
     def expect(self, wanted, limit=LIMIT):
         """Reads until the wanted bytes have come and returns all up to and with them."""
@@ -323,7 +314,6 @@ class Program:
         self.process = start_wine(program, *arguments, cwd=folder, env={**os.environ, **dict(environment)})
         self.main = None
         self.screen = None  # the window that a script is in
-        self.windows_process = None
 
     def __enter__(self):
         wait_for("the main window", lambda: self.find_main() or self.process.poll() is not None)
@@ -336,25 +326,17 @@ class Program:
             wait_for("the end of the program", lambda: not self.own_windows())
 
     def find_main(self):
-        for window in desktop.windows():
-            if window.known["class"] == TITLE:
-                self.main = window
-                self.windows_process = window.known["process"]
+        self.main = next((window for window in desktop.windows() if window.known["class"] == TITLE), None)
         return self.main
 
     def own_windows(self):
-        return [window for window in desktop.windows() if window.known["process"] == self.windows_process]
-
-    def find_window(self, title):
-        found = [window for window in self.own_windows()
-                 if window.known["class"] == DIALOG_CLASS and window.known["text"] == title]
-        return found[0] if found else None
+        return [window for window in desktop.windows() if window.known["process"] == self.main.known["process"]]
 
     def window(self, title, limit=LIMIT):
         """A dialog or message box by its title, as soon as it is there and takes input."""
         def ready():
-            window = self.find_window(title)
-            return window if window and window.known["enabled"] else None
+            return next((window for window in self.own_windows() if window.known["enabled"]
+                         and window.known["class"] == DIALOG_CLASS and window.known["text"] == title), None)
         return wait_for(f"the window {title!r} (there are "
                         f"{[window.known['text'] for window in self.own_windows()]})", ready, limit)
 
