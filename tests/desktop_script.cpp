@@ -2,17 +2,13 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <deque>
+#include <utility>
 
 struct STATUS_BOX {};
 
 namespace {
 
-struct ANNOUNCED {
-    SHOWN_MESSAGE message;
-    BUTTON answer;
-};
-std::deque<ANNOUNCED> announced;
+std::vector<ANNOUNCED_MESSAGE> announced;
 STATUS_BOX status_box;
 bool status_box_open = false;
 
@@ -38,14 +34,11 @@ std::vector<std::string> desktop_status_log;
 
 void expect_message(const std::string& text, const std::string& caption, MESSAGE_ICON icon,
                     MESSAGE_BUTTONS buttons, BUTTON answer) {
-    announced.push_back({{text, caption, icon, buttons}, answer});
+    announced.push_back({text, caption, icon, buttons, answer});
 }
 
-std::vector<SHOWN_MESSAGE> reset_desktop() {
-    std::vector<SHOWN_MESSAGE> left;
-    for (const auto& entry : announced)
-        left.push_back(entry.message);
-    announced.clear();
+std::vector<ANNOUNCED_MESSAGE> reset_desktop() {
+    const std::vector<ANNOUNCED_MESSAGE> left = std::exchange(announced, {});
     desktop_settings.clear();
     desktop_clock = 0;
     desktop_clock_step = 1;
@@ -61,11 +54,11 @@ BUTTON show_message(WINDOW, const std::string& text, const std::string& caption,
                     MESSAGE_BUTTONS buttons) {
     if (announced.empty())
         stop_test("unannounced message \"" + text + "\" under \"" + caption + "\"");
-    const auto next = announced.front();
-    announced.pop_front();
-    if (next.message != SHOWN_MESSAGE{text, caption, icon, buttons})
-        stop_test("message \"" + text + "\" under \"" + caption + "\" where \"" + next.message.text +
-                  "\" under \"" + next.message.caption + "\" was announced (or icon or buttons differ)");
+    const ANNOUNCED_MESSAGE next = announced.front();
+    announced.erase(announced.begin());
+    if (next != ANNOUNCED_MESSAGE{text, caption, icon, buttons, next.answer})
+        stop_test("message \"" + text + "\" under \"" + caption + "\" where \"" + next.text + "\" under \"" +
+                  next.caption + "\" was announced (or icon or buttons differ)");
     return next.answer;
 }
 

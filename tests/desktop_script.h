@@ -9,12 +9,13 @@
 #include <string>
 #include <vector>
 
-struct SHOWN_MESSAGE {
+struct ANNOUNCED_MESSAGE {
     std::string text;
     std::string caption;
     MESSAGE_ICON icon;
     MESSAGE_BUTTONS buttons;
-    bool operator==(const SHOWN_MESSAGE&) const = default;
+    BUTTON answer;
+    bool operator==(const ANNOUNCED_MESSAGE&) const = default;
 };
 
 // Aborts the test with this reason.
@@ -26,7 +27,7 @@ void expect_message(const std::string& text, const std::string& caption, MESSAGE
                     MESSAGE_BUTTONS buttons = MESSAGE_BUTTONS::OK, BUTTON answer = BUTTON::OK);
 
 // Forgets everything announced, all settings and the clock. Returns what was announced but never shown.
-std::vector<SHOWN_MESSAGE> reset_desktop();
+std::vector<ANNOUNCED_MESSAGE> reset_desktop();
 
 extern std::map<std::string, std::string> desktop_settings; // "SECTION/KEY" to value
 extern std::uint32_t desktop_clock;                         // milliseconds

@@ -4,7 +4,6 @@
 #include "tests/test_files.h"
 
 #include <map>
-#include <sstream>
 
 namespace {
 
@@ -30,79 +29,63 @@ std::string shown() { // with a bar between the lines
     return text.substr(0, text.size() - !text.empty());
 }
 
-using TEXTS = std::map<unsigned, std::string>; // by byte or key code
-
-// "0C: {FF} {CR}": texts of consecutive codes from the one given. SP is a blank, NO shows nothing.
-void put_texts(TEXTS& texts, const std::string& table) {
-    std::istringstream words(table);
-    unsigned code = 0;
-    for (std::string word; words >> word;)
-        if (word.size() == 3 && word.back() == ':')
-            code = static_cast<unsigned>(std::stoul(word, nullptr, 16));
-        else
-            texts[code++] = word == "NO" ? "" : word == "SP" ? " " : word;
-}
-
-TEXTS hexadecimal_texts(unsigned first_with_zero) {
-    TEXTS texts;
-    for (unsigned code = 0; code <= 0xFF; ++code)
-        texts[code] = std::string(code < first_with_zero ? "{" : "{0") + "0123456789ABCDEF"[code / 16] +
-                      "0123456789ABCDEF"[code % 16] + "H}";
-    return texts;
-}
-
-const std::string F1_TO_F10 = " {F1} {F2} {F3} {F4} {F5} {F6} {F7} {F8} {F9} {F10} ";
-
-TEST_F(Monitor, EveryByteUnderEveryWayOfTheKeys) {
-    const std::string added[] = {
-        // by each bit of the ways
-        "01: {Left} {Right} {Up} {Down} {HOME} {END} {DEL} 0B: {PgUp} {PgDn} 0E: NO NO {INS} 1C: NO NO NO NO",
-        "8C: NO NO NO NO NO NO {PgUp} {PgDn} {HOME} {END} {DEL} {INS} {Left} {Right} {Up} {Down}",
-        "11:" + F1_TO_F10, "81:" + F1_TO_F10};
-    for (unsigned ways = 0; ways < 16; ++ways) {
-        TEXTS texts = hexadecimal_texts(0xFF);
-        for (unsigned code = 0x20; code < 0x7F; ++code)
-            texts[code] = static_cast<char>(code);
-        put_texts(texts,
-                  "{NUL} {SOH} {STX} {ETX} {EOT} {ENQ} {ACK} {BEL} {BS} {HT} {LF} {VT} {FF} {CR}| {SO} {SI} "
-                  "{DLE} {DC1} {DC2} {DC3} {DC4} {NAK} {SYN} {ETB} {CAN} {EM} {SUB} {ESC} {FS} {GS} {RS} "
-                  "{US} 7F: NO");
-        for (unsigned bit = 0; bit < 4; ++bit)
-            put_texts(texts, (ways >> bit) % 2 == 1 ? added[bit] : "");
-        monitor_settings.func_keys = ways / 4;
-        monitor_settings.special_keys = ways % 4;
-        for (const auto& [byte, text] : texts) {
-            clear_captured_text();
-            write_serkey(static_cast<std::uint8_t>(byte));
-            ASSERT_EQ(shown(), text) << byte << " under " << ways;
-        }
-    }
-}
-
-TEST_F(Monitor, EveryKeyOfTheUsKeyboard) {
-    translate_cr = 0;
-    TEXTS plain = hexadecimal_texts(0xA0);
-    put_texts(plain,
-              "70:" + F1_TO_F10 +
-                  "{F11} {F12} {F13} {F14} {F15} {F16} {F17} {F18} {F19} {F20} {F21} {F22} {F23} {F24}");
-    put_texts(plain, "08: {BS} {tab} 0C: {CLEAR} {CR} 10: NO NO NO {PAUSE} NO 1B: {ESC} 20: SP {PgUp} {PgDn} "
-                     "{END} {HOME} {Left} {Up} {Right} {Down} {Select} 2B: {Execute} {PrtScr} {INS} {DEL} "
-                     "{HELP} 0 1 2 3 4 5 6 7 8 9 41: a b c d e f g h i j k l m n o p q r s t u v w x y z "
-                     "60: 0 1 2 3 4 5 6 7 8 9 * + {SEP} - . / 91: {ScrollLck} A0: NO NO NO NO NO NO "
-                     "BA: ; = , - . / ` DB: [ \\ ] ' E2: \\");
-    TEXTS shifted = plain, letters;
-    put_texts(shifted, "30: ) ! @ # $ % ^ & * ( BA: : + < _ > ? ~ DB: { | } \" E2: |");
-    put_texts(letters, "41: A B C D E F G H I J K L M N O P Q R S T U V W X Y Z");
-    const std::string wraps[] = {"", "{Ctrl ", "{Alt ", "{Ctrl Alt "};
-    for (unsigned code = 0; code <= 0xFFF; ++code) { // the key, then Shift, Caps Lock, Ctrl and Alt
-        const unsigned key = code % 256, held = code / 256;
-        const bool shift = held % 2 == 1, caps_lock = held / 2 % 2 == 1;
-        const bool capital = letters.count(key) != 0 && shift != caps_lock;
-        const std::string text = (capital ? letters : shift ? shifted : plain)[key];
+TEST_F(Monitor, BytesAreShownUnderTheWaysOfTheKeys) {
+    const std::string bytes("\x00\x01\x08\x0C\x0E\x10\x11\x1A\x1F ~\x7F\x80\x81\x8A\x91\x92\x9B\xFE\xFF", 20);
+    const std::string low = "{NUL}{SOH}{BS}{FF}{SO}{DLE}", low_keys = "{NUL}{Left}{BS}{PgDn}{INS}",
+                      high = "{91H}{92H}{9BH}{FEH}{0FFH}", high_keys = "{PgUp}{Down}{FEH}{0FFH}";
+    const std::tuple<std::uint32_t, std::uint32_t, std::string> cases[] = {
+        {0, 0, low + "{DC1}{SUB}{US} ~{80H}{81H}{8AH}" + high},
+        {1, 0, low + "{F1}{F10}{US} ~{80H}{81H}{8AH}" + high},
+        {2, 0, low + "{DC1}{SUB}{US} ~{80H}{F1}{F10}" + high},
+        {3, 2, low + "{F1}{F10}{US} ~{80H}{F1}{F10}" + high_keys},
+        {0, 1, low_keys + "{DC1}{SUB} ~{80H}{81H}{8AH}" + high},
+        {1, 3, low_keys + "{F1}{F10} ~{80H}{81H}{8AH}" + high_keys}};
+    for (const auto& [func_keys, special_keys, text] : cases) {
         clear_captured_text();
-        write_winkey(key, shift, held / 4 % 2 == 1, held >= 8, caps_lock);
-        EXPECT_EQ(shown(), text.empty() || held < 4 ? text : wraps[held / 4] + text + "}") << code;
+        monitor_settings.func_keys = func_keys;
+        monitor_settings.special_keys = special_keys;
+        for (const char byte : bytes)
+            write_serkey(static_cast<std::uint8_t>(byte));
+        std::string joined = shown();
+        std::erase(joined, '|');
+        EXPECT_EQ(joined, text);
     }
+}
+
+TEST_F(Monitor, KeysOfTheUsKeyboard) {
+    const std::tuple<unsigned, std::string, std::string> cases[] = {{'A', "a", "A"},
+                                                                    {'Z', "z", "Z"},
+                                                                    {'1', "1", "!"},
+                                                                    {'0', "0", ")"},
+                                                                    {0xC0, "`", "~"},
+                                                                    {0xDE, "'", "\""},
+                                                                    {0xE2, "\\", "|"},
+                                                                    {0x0D, "{CR}", "{CR}"},
+                                                                    {0x20, " ", " "},
+                                                                    {0x2E, "{DEL}", "{DEL}"},
+                                                                    {0x65, "5", "5"},
+                                                                    {0x6F, "/", "/"},
+                                                                    {0x70, "{F1}", "{F1}"},
+                                                                    {0x87, "{F24}", "{F24}"},
+                                                                    {0x9F, "{9FH}", "{9FH}"},
+                                                                    {0xA6, "{0A6H}", "{0A6H}"},
+                                                                    {0x10, "", ""}};
+    translate_cr = 0;
+    const auto pressed = [](unsigned key, bool shift, bool ctrl, bool alt, bool caps_lock) {
+        clear_captured_text();
+        write_winkey(key, shift, ctrl, alt, caps_lock);
+        return shown();
+    };
+    for (const auto& [key, plain, shifted] : cases) {
+        const bool letter = key == 'A' || key == 'Z';
+        EXPECT_EQ(pressed(key, false, false, false, false), plain);
+        EXPECT_EQ(pressed(key, true, false, false, false), shifted);
+        EXPECT_EQ(pressed(key, false, false, false, true), letter ? shifted : plain);
+        EXPECT_EQ(pressed(key, true, false, false, true), letter ? plain : shifted);
+        EXPECT_EQ(pressed(key, false, true, true, false), plain.empty() ? "" : "{Ctrl Alt " + plain + "}");
+    }
+    EXPECT_EQ(pressed('A', true, true, false, false) + pressed('A', false, false, true, true),
+              "{Ctrl A}{Alt A}");
     EXPECT_TRUE(hold_winkey(0xA5, true) && hold_winkey(0x11, true) && !hold_winkey(0x14, true));
     EXPECT_TRUE(captured_text.held_keys.alt && captured_text.held_keys.ctrl && hold_winkey(0xA3, false));
     EXPECT_FALSE(captured_text.held_keys.shift || captured_text.held_keys.ctrl);
@@ -188,22 +171,17 @@ TEST_F(Monitor, CaptureFilesHoldTheListsLines) {
     EXPECT_FALSE(save_capture_file(nullptr, path("NO FOLDER/A.CAP")));
 }
 
-// What the menu shows of values that are none of the choices, item by item.
 TEST_F(Monitor, SettingsAreWrittenAtOnceAndReadUnchecked) {
-    const std::pair<std::string, const char*> cases[MONITOR_ITEM_COUNT] = {
-        {"M_PORT", "Serial Port [COM:20]"},  {"M_BAUDRATE", "Baud Rate [21]"},
-        {"M_DATABITS", "Data Bits [22]"},    {"M_STOPBITS", "Stop Bits [23]"},
-        {"M_PARITY", "Parity [None]"},       {"M_XON", "Use XON/XOFF [No]"},
-        {"M_FKEYS", "Function Keys [None]"}, {"M_SKEYS", "Special Keys [None]"},
-        {"M_CR", "Translate {CR} [No]"}};
+    std::string texts; // of values that are none of the choices
     for (unsigned i = 0; i < MONITOR_ITEM_COUNT; ++i)
         set_monitor_value(static_cast<MONITOR_ITEM>(i), 20 + i);
     initialize_com_settings();
     for (unsigned i = 0; i < MONITOR_ITEM_COUNT; ++i) {
-        EXPECT_EQ(monitor_item_text(static_cast<MONITOR_ITEM>(i)), cases[i].second);
         EXPECT_EQ(monitor_value(static_cast<MONITOR_ITEM>(i)), 20 + i);
-        EXPECT_EQ(desktop_settings["MONITOR/" + cases[i].first], std::to_string(20 + i));
+        texts += monitor_item_text(static_cast<MONITOR_ITEM>(i)) + "|";
     }
+    EXPECT_EQ(texts, "Serial Port [COM:20]|Baud Rate [21]|Data Bits [22]|Stop Bits [23]|Parity [None]|"
+                     "Use XON/XOFF [No]|Function Keys [None]|Special Keys [None]|Translate {CR} [No]|");
     desktop_settings.clear();
     initialize_com_settings();
     EXPECT_EQ(translate_cr, 1);

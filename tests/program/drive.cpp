@@ -1,11 +1,12 @@
 // Drives the running program from another process. Each line of standard input is a command with its
-// arguments, parted by tabs, and is answered by one line of JSON. Windows are named by their handles in
-// decimal; a text is a string of bytes, one character each.
+// arguments, each of them a stop and its bytes in hexadecimal, and is answered by one line of JSON. Windows
+// are named by their handles in decimal; a text is a string of bytes, one character each.
 #include <windows.h>
 
 #include <functional>
 #include <iostream>
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -36,30 +37,14 @@ std::string boolean(bool value) {
     return value ? "true" : "false";
 }
 
-// Tabs and line ends part arguments and commands, so inside a text they come as \t, \n and \r.
-std::string unescaped(const std::string& argument) {
-    std::string text;
-    for (std::size_t i = 0; i < argument.size(); ++i) {
-        if (argument[i] != '\\' || i + 1 == argument.size()) {
-            text += argument[i];
-            continue;
-        }
-        const char c = argument[++i];
-        text += c == 't' ? '\t' : c == 'n' ? '\n' : c == 'r' ? '\r' : c;
-    }
-    return text;
-}
-
 ARGUMENTS split(const std::string& line) {
-    ARGUMENTS arguments(1);
-    for (const char c : line) {
-        if (c == '\t')
-            arguments.emplace_back();
-        else
-            arguments.back() += c;
+    ARGUMENTS arguments;
+    std::istringstream words(line);
+    for (std::string word; words >> word;) {
+        arguments.emplace_back();
+        for (std::size_t i = 1; i < word.size(); i += 2)
+            arguments.back() += static_cast<char>(std::stoi(word.substr(i, 2), nullptr, 16));
     }
-    for (std::string& argument : arguments)
-        argument = unescaped(argument);
     return arguments;
 }
 
@@ -98,18 +83,17 @@ std::string caption_of(HWND window) {
 
 bool keeps_caption(HWND window) {
     const std::string name = class_of(window);
-    return name == "Static" || name == "Button";
+    const bool top_level = (GetWindowLongA(window, GWL_STYLE) & WS_CHILD) == 0;
+    return top_level || name == "Static" || name == "Button";
 }
 
-std::string description(HWND window, const std::string& text) {
+std::string description(HWND window) {
     RECT rect{};
     GetWindowRect(window, &rect);
     DWORD process = 0;
     GetWindowThreadProcessId(window, &process);
-    return "{\"handle\":" + number_of(window) + ",\"id\":" + std::to_string(GetDlgCtrlID(window)) +
-           ",\"class\":" + quoted(class_of(window)) + ",\"text\":" + quoted(text) +
-           ",\"style\":" + std::to_string(static_cast<DWORD>(GetWindowLongA(window, GWL_STYLE))) +
-           ",\"visible\":" + boolean(IsWindowVisible(window)) +
+    return "{\"handle\":" + number_of(window) + ",\"class\":" + quoted(class_of(window)) +
+           ",\"text\":" + quoted(keeps_caption(window) ? caption_of(window) : text_of(window)) +
            ",\"enabled\":" + boolean(IsWindowEnabled(window)) +
            ",\"minimised\":" + boolean(IsIconic(window)) + ",\"process\":" + std::to_string(process) +
            ",\"rect\":[" + std::to_string(rect.left) + "," + std::to_string(rect.top) + "," +
@@ -119,13 +103,12 @@ std::string description(HWND window, const std::string& text) {
 // Appends to the list that `list` points to.
 BOOL CALLBACK add_top_level(HWND window, LPARAM list) {
     if (IsWindowVisible(window))
-        reinterpret_cast<std::vector<std::string>*>(list)->push_back(description(window, caption_of(window)));
+        reinterpret_cast<std::vector<std::string>*>(list)->push_back(description(window));
     return TRUE;
 }
 
 BOOL CALLBACK add_child(HWND window, LPARAM list) {
-    reinterpret_cast<std::vector<std::string>*>(list)->push_back(
-        description(window, keeps_caption(window) ? caption_of(window) : text_of(window)));
+    reinterpret_cast<std::vector<std::string>*>(list)->push_back(description(window));
     return TRUE;
 }
 
@@ -170,10 +153,7 @@ std::string find_caption(const ARGUMENTS& arguments) {
 
 std::string describe(const ARGUMENTS& arguments) {
     const HWND window = window_of(arguments.at(1));
-    if (!IsWindow(window))
-        return "null";
-    const bool top_level = (GetWindowLongA(window, GWL_STYLE) & WS_CHILD) == 0;
-    return description(window, top_level ? caption_of(window) : text_of(window)); // the former may be closing
+    return IsWindow(window) ? description(window) : "null";
 }
 
 std::string child_handle(const ARGUMENTS& arguments) {
@@ -185,24 +165,26 @@ std::string set_text(const ARGUMENTS& arguments) {
     return "null";
 }
 
+// Gives a message, with its window, number and parameters, to a procedure that takes such.
+template <typename PROCEDURE>
+auto pass_message(const ARGUMENTS& arguments, PROCEDURE procedure) {
+    return procedure(window_of(arguments.at(1)), static_cast<UINT>(std::stoul(arguments.at(2))),
+                     static_cast<WPARAM>(std::stoll(arguments.at(3))),
+                     static_cast<LPARAM>(std::stoll(arguments.at(4))));
+}
+
 std::string post(const ARGUMENTS& arguments) {
-    return boolean(PostMessageA(window_of(arguments.at(1)), static_cast<UINT>(std::stoul(arguments.at(2))),
-                                static_cast<WPARAM>(std::stoll(arguments.at(3))),
-                                static_cast<LPARAM>(std::stoll(arguments.at(4)))));
+    return boolean(pass_message(arguments, PostMessageA));
 }
 
 std::string send(const ARGUMENTS& arguments) {
-    return std::to_string(static_cast<LONG_PTR>(ask(
-        window_of(arguments.at(1)), static_cast<UINT>(std::stoul(arguments.at(2))),
-        static_cast<WPARAM>(std::stoll(arguments.at(3))), static_cast<LPARAM>(std::stoll(arguments.at(4))))));
+    return std::to_string(static_cast<LONG_PTR>(pass_message(arguments, ask)));
 }
 
 // Sends without waiting for the answer, so that what the message opens may stay open. Messages sent later are
 // taken later.
 std::string tell(const ARGUMENTS& arguments) {
-    return boolean(SendNotifyMessageA(
-        window_of(arguments.at(1)), static_cast<UINT>(std::stoul(arguments.at(2))),
-        static_cast<WPARAM>(std::stoll(arguments.at(3))), static_cast<LPARAM>(std::stoll(arguments.at(4)))));
+    return boolean(pass_message(arguments, SendNotifyMessageA));
 }
 
 // A character may bring up a box, which takes messages too: the WM_NULL is answered behind the last
@@ -265,12 +247,8 @@ const std::map<std::string, std::function<std::string(const ARGUMENTS&)>> COMMAN
 int main() {
     std::string line;
     while (std::getline(std::cin, line)) {
-        if (!line.empty() && line.back() == '\r')
-            line.pop_back();
         const ARGUMENTS arguments = split(line);
-        const auto command = COMMANDS.find(arguments.front());
-        std::cout << (command == COMMANDS.end() ? "\"unknown command\"" : command->second(arguments))
-                  << std::endl;
+        std::cout << COMMANDS.at(arguments.front())(arguments) << std::endl;
     }
     return 0;
 }

@@ -8,7 +8,7 @@ MAIN, LIBRARIAN, LOOKUP = TITLE + " (Default)", "Librarian", "Lookup File Editor
 EXTRACTION, INVALID, END = "File Extraction", "Invalid/Corrupt", "<<END OF LIST>>"
 SAMPLE, SAMPLE_SETUP = ((ROOT / "samples" / name).read_bytes() for name in ("STOCK.PGT", "STOCK.CFT"))
 PRICES = system_file(b"NINELONGS", [b"ONE", b"TWO"])
-CHANGES, NEW, DELETE = "Save Library Changes?", "Create a new library file?", "Delete File from Library?"
+DELETE = "Delete File from Library?"
 START = [shows(MAIN), ID.CMD_LIBRARIAN, shows(LIBRARIAN)]
 
 
@@ -32,41 +32,33 @@ def lists(*rows):
 
 class LibraryTest(ScriptTest):
     def test_building_and_changing(self):
-        folder = self.folder / "two words"
-        folder.mkdir()
-        program, lookup, setup = (self.file(f"two words/{name}", content) for name, content in (
+        program, lookup, setup = (self.file(name, content) for name, content in (
             ("STOCK.PGT", SAMPLE + b"\0" * 77), ("NINELONGS.LKT", PRICES), ("my shop.CFT", SAMPLE_SETUP)))
-        paths = [windows_path(path) for path in (program, lookup, setup)]
-        elsewhere = self.file("STOCK.CFT", SAMPLE_SETUP)
         self.start(
-            START, lists(), adds(lookup), row(1), adds(program, "Insert"), adds(setup), lists(*paths),
-            saves(folder / "my shop"), ID.CMD_EXIT, START, opens(folder / "my shop.lbt"),
-            lists("STOCK.PGT", "NINELONGS.LKT", "my shop.CFT"),
-            holds("Library Filename: " + windows_path(folder / "my shop.lbt")), row(2),
-            "Delete", asks(DELETE, IDNO, LIBRARIAN), "Delete", asks(DELETE, IDYES, LIBRARIAN), adds(elsewhere),
-            saves(IDOK), holds("Library Filename: " + windows_path(folder / "myshop.lbt")), ID.CMD_EXIT, shows(MAIN))
-        self.assert_holds("two words/my shop.lbt", SAMPLE + PRICES + SAMPLE_SETUP)
-        self.assert_holds("two words/myshop.lbt", SAMPLE + SAMPLE_SETUP * 2)
+            START, adds(lookup), row(1), adds(program, "Insert"), adds(setup), saves(self.folder / "my shop"),
+            ID.CMD_EXIT, START, opens(self.folder / "my shop.lbt"), lists("STOCK.PGT", "NINELONGS.LKT", "my shop.CFT"),
+            row(2), "Delete", asks(DELETE, IDNO, LIBRARIAN), "Delete", asks(DELETE, IDYES, LIBRARIAN), saves(IDOK),
+            holds("Library Filename: " + windows_path(self.folder / "myshop.lbt")), ID.CMD_EXIT, shows(MAIN))
+        self.assert_holds("my shop.lbt", SAMPLE + PRICES + SAMPLE_SETUP)
+        self.assert_holds("myshop.lbt", SAMPLE + SAMPLE_SETUP)
 
-    def test_questions_and_messages(self):
+    def test_messages(self):
         def refuses(text, caption):
             return asks(text, IDOK, LIBRARIAN, caption)
 
         one, gone, text = (self.file(name, SAMPLE) for name in ("STOCK.PGT", "gone.pgt", "text.txt"))
         text.write_bytes(text_file(b"no system file"))
         (self.folder / "taken.lbt").mkdir()
-        exits = [ID.CMD_EXIT, shows(TITLE, CHANGES)]
         self.start(
-            START, adds(one), ID.CMD_NEW, asks(NEW, IDNO, LIBRARIAN), lists(windows_path(one)), exits, IDCANCEL,
-            shows(LIBRARIAN), exits, IDYES, shows("Save As"), IDCANCEL, shows(LIBRARIAN),
+            START, adds(one), ID.CMD_NEW, asks("Create a new library file?", IDNO, LIBRARIAN), lists(windows_path(one)),
             saves(self.folder / "taken", TITLE), IDYES, refuses("Could not Save Library File!", "File Error"),
             adds(gone), lambda _: gone.unlink(), saves(self.folder / "x", "File Not Found"),
             refuses(f"The file {windows_path(gone)} not found. Could not add to Library!", "File Not Found"),
-            "Delete", asks(DELETE, IDYES, LIBRARIAN), adds(text), saves(self.folder / "x", "Invalid System File"),
+            ID.CMD_EXIT, asks("Save Library Changes?", IDNO, MAIN), START, adds(text),
+            saves(self.folder / "x", "Invalid System File"),
             refuses(f"The file {windows_path(text)} is not a Valid System File!", "Invalid System File"),
-            ID.CMD_OPEN, shows("Open"), text, refuses("Invalid/Corrupt Library File!", INVALID),
-            lists(), adds(one), ID.CMD_NEW, asks(NEW, IDYES, LIBRARIAN), lists(), ID.CMD_EXIT, START, adds(one),
-            exits, IDYES, shows("Save As"), self.folder / "x", shows(MAIN))
+            "Delete", asks(DELETE, IDYES, LIBRARIAN), adds(one), ID.CMD_EXIT, shows(TITLE, "Save Library Changes?"),
+            IDYES, shows("Save As"), self.folder / "x", shows(MAIN))
         self.assert_holds("x.lbt", SAMPLE)
 
     def test_taking_files_out(self):

@@ -6,15 +6,14 @@ import random
 import termios
 import time
 
-from tolvan import (COM1, ID, IDCANCEL, IDOK, IDYES, WM_KEYDOWN, WM_NULL, WM_SYSCOMMAND, Program, ProgramTest,
-                    read_settings)
+from tolvan import COM1, ID, IDCANCEL, IDOK, IDYES, WM_KEYDOWN, WM_NULL, WM_SYSCOMMAND, Program, ProgramTest
 
 BYTES_A_SECOND, DRIVER_QUEUE, LINE_LIMIT = 3840, 4095, 40  # at 38400 bit/s; bytes; characters
 CONTROL_NAMES = ("NUL SOH STX ETX EOT ENQ ACK BEL BS HT LF VT FF CR SO SI "
                  "DLE DC1 DC2 DC3 DC4 NAK SYN ETB CAN EM SUB ESC FS GS RS US").split()
 SETTINGS = {"MONITOR": {"M_PORT": 1, "M_BAUDRATE": 38400, "M_FKEYS": 0, "M_SKEYS": 0}}
 IDLE_TIME, IDLE_SHARE = 10, 0.05  # seconds; of one core
-SC_KEYMENU, VK_ESCAPE, SETTING_TRANSLATE_CR = 0xF100, 0x1B, 8
+SC_KEYMENU, VK_ESCAPE = 0xF100, 0x1B
 
 
 def token(byte):
@@ -96,12 +95,6 @@ class MonitorTest(ProgramTest):
         before = processor_time()
         time.sleep(IDLE_TIME)
         self.assertLess(processor_time() - before, IDLE_TIME * IDLE_SHARE)
-        monitor.command(ID.CMD_MON_SETTING + SETTING_TRANSLATE_CR)
-        prompt = program.window("Translate {CR}")
-        prompt.click("No")
-        prompt.command(IDOK)
-        prompt.wait_gone()
-        self.assertEqual(read_settings()["MONITOR"]["M_CR"], "0")
         monitor.close()
         monitor.wait_gone()
         self.line.wait_closed()

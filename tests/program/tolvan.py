@@ -42,9 +42,8 @@ TITLE = "Tolvan Programmer V1.17"  # of the program, of its questions, and its w
 LIMIT = 20  # seconds; what takes longer by its nature says so
 POLL = 0.02  # seconds
 
-WM_NULL, WM_CLOSE, WM_KEYDOWN, WM_KEYUP, WM_CHAR, WM_COMMAND, WM_SYSCOMMAND = 0, 0x10, 0x100, 0x101, 0x102, 0x111, 0x112
-WM_LBUTTONDOWN, WM_LBUTTONUP, WM_CONTEXTMENU, WM_NEXTDLGCTL = 0x201, 0x202, 0x7B, 0x28
-CB_GETCURSEL, CB_SETCURSEL, BM_CLICK, SC_MINIMIZE = 0x147, 0x14E, 0xF5, 0xF020
+WM_NULL, WM_CLOSE, WM_KEYDOWN, WM_COMMAND, WM_SYSCOMMAND, SC_MINIMIZE = 0, 0x10, 0x100, 0x111, 0x112, 0xF020
+WM_LBUTTONDOWN, WM_LBUTTONUP, WM_NEXTDLGCTL = 0x201, 0x202, 0x28
 BM_GETCHECK, LB_GETTOPINDEX, LB_SETTOPINDEX, LB_GETITEMHEIGHT = 0xF0, 0x18E, 0x197, 0x1A1
 IDOK, IDCANCEL, IDYES, IDNO = 1, 2, 6, 7
 FILE_NAME_EDIT = 0x47C  # of the file dialogs
@@ -52,16 +51,9 @@ FILE_NAME_EDIT = 0x47C  # of the file dialogs
 DIALOG_CLASS = "#32770"
 
 
-def read_identifiers():
-    """Every identifier of the resources by its name."""
-    names = {}
-    for header in ("define.h", "control.h"):
-        for name, value in re.findall(r"#define (\w+) (\d+)", (ROOT / "resources" / header).read_text()):
-            names[name] = int(value)
-    return types.SimpleNamespace(**names)
-
-
-ID = read_identifiers()
+ID = types.SimpleNamespace(**{  # every identifier of the resources by its name
+    name: int(value) for header in ("define.h", "control.h")
+    for name, value in re.findall(r"#define (\w+) (\d+)", (ROOT / "resources" / header).read_text())})
 
 
 def wait_for(what, condition, limit=LIMIT):
@@ -100,14 +92,13 @@ class Desktop:
         self.process = None
 
     def ask(self, *command):
-        if self.process is None or self.process.poll() is not None:
+        if not self.process or self.process.poll() is not None:
             self.process = subprocess.Popen(["wine", DRIVE], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                             stderr=subprocess.DEVNULL)
-        escapes = str.maketrans({"\\": "\\\\", "\t": "\\t", "\n": "\\n", "\r": "\\r"})
-        line = "\t".join(str(part).translate(escapes) for part in command) + "\n"
+        words = ["." + str(part).encode("latin-1").hex() for part in command]
         watchdog = threading.Timer(3 * LIMIT, self.process.kill)
         watchdog.start()
-        self.process.stdin.write(line.encode("latin-1"))
+        self.process.stdin.write((" ".join(words) + "\n").encode())
         self.process.stdin.flush()
         answer = self.process.stdout.readline()
         watchdog.cancel()
@@ -183,12 +174,6 @@ class Window:
 
     def entries(self):
         return desktop.ask("entries", self.handle)
-
-    def selection(self):
-        return self.entries()[self.send(CB_GETCURSEL)]
-
-    def select(self, entry):
-        self.send(CB_SETCURSEL, self.entries().index(entry))
 
     def children(self):
         return [Window(known) for known in desktop.ask("children", self.handle)]
@@ -267,11 +252,9 @@ class Line:
         return portable.read(self.master, limit) or b""
 
     def read_exactly(self, count, limit=LIMIT):
-        data = b""
-        deadline = time.monotonic() + limit
-        while len(data) < count and time.monotonic() < deadline:
-            data += self.some(count - len(data))
-        return data
+        data = bytearray()
+        wait_for(f"{count} bytes", lambda: data.extend(self.some(count - len(data))) or len(data) == count, limit)
+        return bytes(data)
 
     def expect(self, wanted, limit=LIMIT):
         """Reads until the wanted bytes have come and returns all up to and with them."""
@@ -331,7 +314,6 @@ class Program:
         self.process = start_wine(program, *arguments, cwd=folder, env={**os.environ, **dict(environment)})
         self.main = None
         self.screen = None  # the window that a script is in
-        self.windows_process = None
 
     def __enter__(self):
         wait_for("the main window", lambda: self.find_main() or self.process.poll() is not None)
@@ -344,25 +326,17 @@ class Program:
             wait_for("the end of the program", lambda: not self.own_windows())
 
     def find_main(self):
-        for window in desktop.windows():
-            if window.known["class"] == TITLE:
-                self.main = window
-                self.windows_process = window.known["process"]
+        self.main = next((window for window in desktop.windows() if window.known["class"] == TITLE), None)
         return self.main
 
     def own_windows(self):
-        return [window for window in desktop.windows() if window.known["process"] == self.windows_process]
-
-    def find_window(self, title):
-        found = [window for window in self.own_windows()
-                 if window.known["class"] == DIALOG_CLASS and window.known["text"] == title]
-        return found[0] if found else None
+        return [window for window in desktop.windows() if window.known["process"] == self.main.known["process"]]
 
     def window(self, title, limit=LIMIT):
         """A dialog or message box by its title, as soon as it is there and takes input."""
         def ready():
-            window = self.find_window(title)
-            return window if window and window.known["enabled"] else None
+            return next((window for window in self.own_windows() if window.known["enabled"]
+                         and window.known["class"] == DIALOG_CLASS and window.known["text"] == title), None)
         return wait_for(f"the window {title!r} (there are "
                         f"{[window.known['text'] for window in self.own_windows()]})", ready, limit)
 

