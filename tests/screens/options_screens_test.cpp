@@ -97,6 +97,7 @@ TEST(OptionsScreens, GlobalDataOptions) {
     } cases[] = {{{0, 0, 5, 0, 0, 0}, {false, false}},
                  {{2, 3, 5, 1, 2, 3}, {false, false}},
                  {{2, 0, 5, 1, 2, 0}, {true, true}},
+                 {{0, 3, 5, 1, 0, 3}, {true, true}},
                  {{2, 3, 0, 0, 2, 3}, {true, true}}};
     const GLOBAL_DATA_OPTIONS& o = global_options;
     for (const auto& c : cases) {
