@@ -77,6 +77,7 @@ TEST_F(ProgramFileTest, EveryByteHasItsPlace) {
 
 TEST_F(ProgramFileTest, TheFullestProgramSavesBackToTheSameBytes) {
     init_programming();
+    EXPECT_EQ(global_options.mult_field_operator, 1) << "as a new program has it";
     program_header.name = "FULLFULLF";
     program_header.sof_text_handle = std::string(250, '\xFF');
     program_header.eof_text_handle = std::string(250, '\x01');
