@@ -49,7 +49,6 @@ TEST(DisplayTest, FieldsOfOneScreenOverwriteEachOtherInOrder) {
         {7, 0, INPUT_DATA, "QTY:__A\rB\xFF==|Bin:/__||as stored????|"},
         {1, 0, INPUT_DATA, "anotheA\rB\xFF==en|Bin###_|abcdefghijklmnopqrs!|as stored????|"},
         {0, 0, INPUT_DATA, "|Bin:/__|||"},
-        {9, 0, INPUT_DATA, "another screen|Bin:/__|||"},
     };
     for (const auto& [current, bits, type, lines] : cases)
         EXPECT_EQ(shown(fields, current, placed({1, 0, 1, 9}, "Bin:/", "__", bits, type)), lines);

@@ -92,35 +92,41 @@ TEST_F(ProgramFieldsTest, OptionsComeFromTheFlagsAndStayWithoutThem) {
 
 TEST_F(ProgramFieldsTest, ChecksReportTheFirstFault) {
     constexpr unsigned MOST = 0xFFFFFFFF;
-    const std::string no_fit = "Prompt and data will not fit", letters = "Input Mask field can only";
+    const std::string no_fit = "Prompt and data will not fit within start/end range|Field Definition";
+    const std::string letters =
+        "Input Mask field can only contain the letters 'A', 'D', 'F', 'I', and 'N'.|Field Definition";
     const FIELD_DEFINITION plain;
     FIELD_DEFINITION sum;
     sum.bit_values2 = ALLOW_CALCULATION;
-    // Field, start row and column, end row and column, max, min, prompt, mask; how the message begins.
+    // Field, start row and column, end row and column, max, min, prompt, mask; the message and its caption.
     const std::pair<FIELD_EDITS, std::string> cases[] = {
-        {{plain, 4, 99, 2, 0, 0, 1, "", ""}, "Max Input Value less"},
-        {{plain, 4, 99, 2, 0, MOST, 251, "", ""}, "Min Input Greater"},
-        {{plain, 4, 99, 2, 0, 251, 250, "", ""}, "Max Input Greater"},
-        {{plain, 4, 99, 2, 0, 0, 0, "", ""}, "Max Input Less"},
-        {{plain, 4, 99, 2, 0, 1, 0, "", ""}, "End Row less"},
-        {{plain, 4, 99, 4, 98, 1, 0, "", ""}, "End Col less"},
-        {{plain, 4, 99, 5, 98, 1, 0, "", ""}, "Start Row Greater"},
-        {{plain, 3, 99, MOST, 98, 1, 0, "", ""}, "End Row Greater"},
-        {{plain, 2, MOST, 3, 98, 1, 0, "", ""}, "Start Col Greater"},
-        {{plain, 2, 19, 3, 20, 1, 0, "", ""}, "End Col Greater"},
+        {{plain, 4, 99, 2, 0, 0, 1, "", ""}, "Max Input Value less than Min Input Value|Field Definition"},
+        {{plain, 4, 99, 2, 0, MOST, 251, "", ""}, "Min Input Greater Than 250|Field Definition"},
+        {{plain, 4, 99, 2, 0, 251, 250, "", ""}, "Max Input Greater Than 250|Field Definition"},
+        {{plain, 4, 99, 2, 0, 0, 0, "", ""}, "Max Input Less Than 1|Field Definition"},
+        {{plain, 4, 99, 2, 0, 1, 0, "", ""}, "End Row less than Start Row|Field Definition"},
+        {{plain, 4, 99, 4, 98, 1, 0, "", ""}, "End Col less than Start Col|Field Definition"},
+        {{plain, 4, 99, 5, 98, 1, 0, "", ""}, "Start Row Greater Than 3|Field Definition"},
+        {{plain, 3, 99, MOST, 98, 1, 0, "", ""}, "End Row Greater Than 3|Field Definition"},
+        {{plain, 2, MOST, 3, 98, 1, 0, "", ""}, "Start Col Greater Than 19|Field Definition"},
+        {{plain, 2, 19, 3, 20, 1, 0, "", ""}, "End Col Greater Than 19|Field Definition"},
         {{plain, 0, 0, 0, 19, 1, 0, std::string(20, 'P'), ""}, no_fit},
         {{plain, 0, 0, 0, 19, 1, 1, std::string(19, 'P'), "A"}, ""},
         {{plain, 0, 18, 1, 0, 1, 1, "/0D", "A"}, no_fit}, // as typed, in three cells
         {{plain, 0, 17, 1, 0, 1, 1, "/0D", "A"}, ""},
-        {{plain, 0, 0, 0, 19, 250, 4, "", "NNNF"}, "Minimum Input value is greater"},
+        {{plain, 0, 0, 0, 19, 250, 4, "", "NNNF"},
+         "Minimum Input value is greater than input allowed from Input Mask field.|Field Definition"},
         {{plain, 0, 0, 0, 19, 250, 250, "", "NNN"}, ""},
         {{plain, 0, 0, 0, 19, 250, 0, "", ""}, letters},
         {{sum, 0, 0, 0, 19, 250, 0, "", "AX"}, letters},
-        {{sum, 0, 0, 0, 19, 250, 0, "", "DA"}, "When Allow Calculation is ON"},
+        {{sum, 0, 0, 0, 19, 250, 0, "", "DA"},
+         "When Allow Calculation is ON\nInput Mask must be Decimal.|Input Mask Error"},
         {{sum, 0, 0, 0, 19, 250, 0, "", "D/44"}, ""},
     };
-    for (const auto& [edits, text] : cases)
-        EXPECT_EQ(find_field_fault(edits).text.substr(0, text.empty() ? 1 : text.size()), text);
+    for (const auto& [edits, message] : cases) {
+        const FIELD_FAULT fault = find_field_fault(edits);
+        EXPECT_EQ(fault.text.empty() ? "" : fault.text + '|' + fault.caption, message);
+    }
 }
 
 TEST_F(ProgramFieldsTest, StoringNotesTheLookup) {

@@ -118,36 +118,7 @@ SETTINGS = [
 BUILT = program_file(b"BUILT", RECORDS, counts=(3, 3, 2, 27, 25, 24), delays=(3, 12), flags=0x43, sof=b"\x02BEGIN\r",
                      eof=b"\xFB\xFF")
 
-SAVE_CHECKS = [  # the fields and options, and why they cannot be saved
-    ([], "No User Input Fields Defined!"),
-    ([new_field(), new_field("New Screen")], "Overlapping fields at Field #2!"),
-    ([new_field(defines(FILE), "Add Display Field to Data|OK", WARNS_OF_TARGET)], "No Field for Lookup Data defined!"),
-    ([new_field("Header Input"), new_field("Lookup File/Tbl: FD9,PARTS,1,1,1,0,1"), new_field("Input Source: L")],
-     "Lookup Data Dump Target Field\nis not the same field number as the\nfield designated to receive lookup data.\n\n"
-     "Adjust target field number to exclude any header fields."),
-    ([new_field(), OPTIONS, shows(OPTIONS), "Field to compare: 1|OK", shows("Autoincrement Options"), IDOK,
-      shows(WINDOW)], "Global Data Options >>\nAutoincrement Fields not Complete."),
-    ([new_field(), OPTIONS, shows(OPTIONS), "Field for Result: 1|OK", shows("Multiple Field Calculation Option"), IDOK,
-      shows(WINDOW)], "Multiple Field Calculation Option>>\nAll Fields not Complete."),
-]
 LONG_NAME = "The Tolvan can only display filenames up to 9 characters.\nPlease reenter using a 9 character filename."
-
-LABELS = ["Input Max", "Input Min", "Start Row", "End Row", "Start Col", "End Col", "Input Mask", "Prompt Text"]
-FIELD_CHECKS = [  # the values behind these labels, and why they cannot be saved
-    ("1 2 0 0 0 19 A P", "Max Input Value less than Min Input Value"),
-    ("251 251 0 0 0 19 A P", "Min Input Greater Than 250"),
-    ("251 1 0 0 0 19 A P", "Max Input Greater Than 250"),
-    ("0 0 0 0 0 19 A P", "Max Input Less Than 1"),
-    ("9 1 4 2 0 19 A P", "End Row less than Start Row"),
-    ("9 1 1 1 5 4 A P", "End Col less than Start Col"),
-    ("9 1 4 4 0 19 A P", "Start Row Greater Than 3"),
-    ("9 1 0 4 0 19 A P", "End Row Greater Than 3"),
-    ("9 1 0 0 20 20 A P", "Start Col Greater Than 19"),
-    ("9 1 0 0 0 20 A P", "End Col Greater Than 19"),
-    ("9 1 0 0 0 19 A TWENTY_CHARACTERS/0D", "Prompt and data will not fit within start/end range"),
-    ("9 4 0 0 0 19 NNNF P", "Minimum Input value is greater than input allowed from Input Mask field."),
-    ("9 4 0 0 0 19 AX P", "Input Mask field can only contain the letters 'A', 'D', 'F', 'I', and 'N'."),
-]
 
 
 class ProgrammingTest(ScriptTest):
@@ -185,10 +156,14 @@ class ProgrammingTest(ScriptTest):
             "Next", done_new(IDNO, two), holds(c), x, "Previous", changed(IDNO, one), holds(a),
             "Next", shows(two), holds(c), x, cancels(IDNO, two), holds(x), "Done", changed(IDNO, WINDOW))
         self.assert_prompts(program, b"A", b"C")
-        run(program, row(1), "Edit", shows(one), x, "Next", changed(IDYES, two), "Done", shows(WINDOW),
-            "Delete", asks(delete, IDNO, WINDOW))
-        self.assert_prompts(program, b"X", b"C")
-        run(program, row(2), key(VK_DELETE), asks(delete, IDYES, WINDOW),
+        run(program, row(1), "Edit", shows(one), x, "Next", changed(IDYES, two), "Prompt Text: Y", "Done",
+            changed(IDYES, WINDOW), "Edit", shows(two), "Done", shows(WINDOW),
+            "Insert", asks(insert, IDYES, two), "Prompt Text: B|Input Max: 0", "Next", done_new(IDYES, DEFINITION),
+            asks("Max Input Value less than Min Input Value", IDOK, two, DEFINITION),
+            holds("Prompt Text: B|Input Max: 0"), "Input Max: 250", "Next", done_new(IDYES, "Field Definition #3"),
+            holds("Prompt Text: Y"), "Done", shows(WINDOW), row(2), "Delete", asks(delete, IDNO, WINDOW))
+        self.assert_prompts(program, b"X", b"B", b"Y")
+        run(program, "Delete", asks(delete, IDYES, WINDOW), row(2), key(VK_DELETE), asks(delete, IDYES, WINDOW),
             row(2), key(VK_INSERT), shows(two), cancels(IDYES, WINDOW),
             ID.CMD_NEW, asks(new, IDNO, WINDOW), ID.CMD_OPEN, asks(leave, IDCANCEL, WINDOW),
             ID.CMD_OPEN, asks(leave, IDNO, "Open"), IDCANCEL, shows(WINDOW), ID.CMD_EXIT, asks(leave, IDCANCEL, WINDOW),
@@ -200,43 +175,23 @@ class ProgrammingTest(ScriptTest):
         self.assertEqual((self.folder / "x.pgt").read_bytes(), program_file(b"X", [dict(prompt=b"X")]))
 
     def test_save_checks(self):
-        refused = "Cannot Save Program File.\n"
-        for script, message in SAVE_CHECKS:
-            with self.subTest(message), Program() as program:
-                run(program, START, script, "SOF Text: KEPT")
-                before = the_list(program).entries()
-                run(program, saves(self.folder / "checked", "Save File"), asks(
-                    refused + message, IDOK, "Programming (CHECKED)", "Save File"), holds("SOF Text: KEPT"))
-                self.assertEqual((the_list(program).entries(), os.listdir(self.folder)), (before, []))
+        def is_refused(name, message, *questions):
+            return [saves(self.folder / name, TITLE if questions else "Save File"), *questions, asks(
+                "Cannot Save Program File.\n" + message, IDOK, f"Programming ({name.upper()})", "Save File")]
+
         taken = self.folder / "taken.pgt"
         taken.mkdir()
         program = self.start(
-            START, new_field("Prompt Text: KEPT"), saves(self.folder / "taken", TITLE),
-            shows(TITLE, f"{windows_path(taken)} already exists.\nDo you want to replace it?"), IDYES,
-            asks(refused + "File Creation Error!", IDOK, "Programming (TAKEN)", "Save File"),
+            START, new_field("Prompt Text: KEPT"), "SOF Text: KEPT",
+            is_refused("taken", "File Creation Error!",
+                       shows(TITLE, f"{windows_path(taken)} already exists.\nDo you want to replace it?"), IDYES),
             saves(self.folder / "tenletters", "Filename Size Error"),
-            asks(LONG_NAME, IDOK, "Save As", "Filename Size Error"), IDCANCEL, shows("Programming (TAKEN)"))
-        self.assert_prompts(program, b"KEPT")
+            asks(LONG_NAME, IDOK, "Save As", "Filename Size Error"), IDCANCEL, shows(WINDOW),
+            OPTIONS, shows(OPTIONS), "Field to compare: 1|OK", shows("Autoincrement Options"), IDOK, shows(WINDOW),
+            is_refused("a", "Global Data Options >>\nAutoincrement Fields not Complete."),
+            new_field("New Screen"), is_refused("b", "Overlapping fields at Field #2!"), holds("SOF Text: KEPT"))
+        self.assert_rows(program, dict(prompt=b"KEPT"), {})
         self.assertEqual(os.listdir(self.folder), ["taken.pgt"])
-
-    def test_field_checks(self):
-        program = self.start(START, "Insert", shows(FIELD))
-        done = ["Done", shows(DEFINITION, "Save New Field Definition?"), IDYES]
-        for values, message in FIELD_CHECKS:
-            with self.subTest(message):
-                edits = "|".join(map(": ".join, zip(LABELS, values.split())))
-                run(program, edits, done, asks(message, IDOK, FIELD, DEFINITION), holds(edits))
-        run(program, "Allow Calculation|Input Mask: A", done,
-            asks("When Allow Calculation is ON\nInput Mask must be Decimal.", IDOK, FIELD, "Input Mask Error"),
-            holds("Allow Calculation|Input Mask: A"), "Header Input|Input Type: E",
-            asks("Header Input can not be\nof Input Type EXHIBIT.", IDOK, FIELD, "Field Definition Error"),
-            holds("Header Input|Input Type: Data|Prompt Text: P"))
-
-    def test_no_field_beyond_250(self):
-        refuses = asks("Maximum number of Field Definitions allowed is 250.", IDOK, WINDOW, DEFINITION)
-        full = self.file("full.pgt", program_file(b"FULL", [{}] * 250))
-        program = self.start(START, opens(full), "Insert", refuses, row(0), "Insert", refuses)
-        self.assert_rows(program, *[{}] * 250)
 
     def test_opening_from_the_command_line(self):
         content = program_file(b"STARTED", [dict(prompt=b"FIRST")])
