@@ -14,7 +14,6 @@ using namespace std::string_literals;
 
 constexpr int DATA = DATA_FILE_EDITED;
 constexpr int LOOKUP = LOOKUP_FILE_EDITED;
-const std::string EMPTY_FILE = "\0\0\0\x16REMPTY\0\0\0\0\0\0\0\0\0\0zi"s;
 const std::string ITEMS = "A1||Gr\xFCn|"; // records, each with a bar behind it
 const std::string ITEMS_FILE = "\0\0\0%RITEMS\0\0\0\0\0\0\0\0\0\x03\xE8_\xFFs\x02"
                                "A1\xFF\xFF\0\xFF&\x04Gr\xFCn"s;
@@ -54,7 +53,7 @@ protected:
 
 TEST_F(FilegenFormatsTest, SavesAndReopensEveryFormByteForByte) {
     const std::tuple<std::string, int, int, std::string, int, std::string> cases[] = {
-        {"EMPTY.LKT", LOOKUP, LOOKUP_SYSTEM_FILE, "", 0, EMPTY_FILE},
+        {"EMPTY.LKT", LOOKUP, LOOKUP_SYSTEM_FILE, "", 0, "\0\0\0\x16REMPTY\0\0\0\0\0\0\0\0\0\0zi"s},
         {"ITEMS.LKT", LOOKUP, LOOKUP_SYSTEM_FILE, ITEMS, 3, ITEMS_FILE},
         {"EIGHTCHR.T", LOOKUP, LOOKUP_ASCII_FILE, "|b|", 2, "L\r\nEIGHTCHR\r\n\r\n\r\nb\r\n"},
         {"NINECHARS.DAT", DATA, 0, ITEMS, 3, "D\r\nNINECHAR\r\nPROG\r\nA1\r\n\r\nGr\xFCn\r\n"},
