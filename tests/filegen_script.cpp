@@ -1,6 +1,7 @@
 #include "tests/filegen_script.h"
 
 #include "files/FILEGEN.h"
+#include "files/MEMORY.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -62,4 +63,11 @@ bool choose_import_fields(WINDOW, std::vector<FIELD_DESCRIPTOR>& fields, IMPORT_
         fields[i].import_field = answer.columns[i] == 'y';
     options = answer.options;
     return !answer.columns.empty();
+}
+
+std::string stored_records() {
+    std::string records;
+    for (char* record = goto_first_record(); *record != END_OF_RECORDS; record = goto_next_record(record))
+        records += record + std::string("|");
+    return records;
 }

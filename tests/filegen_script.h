@@ -15,3 +15,6 @@ void expect_import_choice(const std::string& names, const std::string& columns,
 
 // True when all announced questions were asked.
 bool filegen_questions_asked();
+
+// The records that are stored, each with a bar behind it.
+std::string stored_records();
