@@ -98,7 +98,7 @@ TEST_F(CommModem, HangsUpWhenTheCarrierHasGone) {
     line_script.has_carrier = [](std::uint32_t) { return desktop_clock < 70'000; };
     int errors = 5; // errors on the line hold a command back, and it then goes out whole
     line_script.status = [&](LINE_STATUS&) { return errors-- > 0 ? 8U : 0U; };
-    line_script.write = [&](std::uint8_t) {
+    line_script.write = [&](LINE*, std::uint8_t) {
         EXPECT_LT(errors, 0);
         return LINE_WRITE::DONE;
     };

@@ -109,16 +109,38 @@ TEST_F(CommTransfer, ALogLineIsCutToItsColumnsAndHasTwelveHours) {
     EXPECT_EQ(log_entry.date + " " + times, "02-03-2031 12:07 am|11:07 am|12:07 pm|11:07 pm|");
 }
 
+// The log without its header, and the beginning of its lines.
+const std::string LOG_HEADER =
+    "                             AUTO RECEIVE LOGFILE\n\n"
+    "DATE       CONNECT  DISCONNECT BAUD  PROTOCOL FLOW CONT FILENAME     SIZE   NOTES\n"
+    "---------- -------- ---------- ----- -------- --------- ------------ ------ -----\n";
 std::string logged() {
     const std::string log = read_bytes(LOG_FILE_NAME);
-    const std::string header_end = " -----\n";
-    return log.substr(log.find(header_end) + header_end.size());
+    EXPECT_TRUE(log.starts_with(LOG_HEADER));
+    return log.substr(std::min(log.size(), LOG_HEADER.size()));
 }
 const std::string START = "11-21-2026 09:05 am 09:05 am   9600  ";
 const std::string XMODEM_START = START + "XMODEM   XON/XOFF  ";
 
-TEST_F(CommTransfer, TheNumberOfAFileHasThreeDigitsOrMore) {
-    EXPECT_EQ(increment_extension(7) + increment_extension(999) + increment_extension(1000), ".007.999.1000");
+TEST_F(CommTransfer, AutoReceiveIncrements) {
+    auto_receive_flag = true;
+    auto_receive_counter = 999;
+    comm_settings.filemode = FILE_INCREMENT;
+    std::filesystem::create_directory("A.B");
+    write_bytes("A.B/DATA.1000", "an older file, overwritten");
+    answer_each_byte({frame_of(1, "one", true), EOT, "", frame_of(1, "two", true), EOT, "", "", ""});
+    // The third file never comes; after two hours the operator gives up.
+    line_script.is_cancel_pressed = [](std::uint32_t) { return desktop_clock > 7'200'000; };
+    receive_file(nullptr, "A.B/DATA");
+    EXPECT_EQ(read_bytes("A.B/DATA.999"), "one");
+    EXPECT_EQ(read_bytes("A.B/DATA.1000"), "two");
+    EXPECT_EQ(read_bytes("A.B/DATA.1001"), "");
+    EXPECT_EQ(auto_receive_counter, 1002);
+    EXPECT_EQ(logged(),
+              XMODEM_START + "DATA.999     128    OK\n" + XMODEM_START + "DATA.1000    128    OK\n");
+    EXPECT_NE(event_texts().find("|STATUS Completed|file DATA.1001|STATUS Waiting|"), std::string::npos);
+    EXPECT_TRUE(event_texts().ends_with("|STATUS User Abort|button Receive|close"));
+    EXPECT_EQ(desktop_beeps, 3);
 }
 
 // The flow column follows the protocol, whatever the flow control is; a second session appends to the log.

@@ -67,7 +67,9 @@ std::uint32_t clear_line_error(LINE*, LINE_STATUS* status) {
     return line_script.status ? line_script.status(status ? *status : quiet) : 0;
 }
 
-bool read_line_byte(LINE*, std::uint8_t* byte) {
+bool read_line_byte(LINE* line, std::uint8_t* byte) {
+    if (line_script.read)
+        return line_script.read(line, byte);
     if (coming.empty() || coming.front().at > desktop_clock)
         return false;
     *byte = coming.front().byte;
@@ -76,8 +78,8 @@ bool read_line_byte(LINE*, std::uint8_t* byte) {
     return true;
 }
 
-LINE_WRITE write_line_byte(LINE*, std::uint8_t byte) {
-    const LINE_WRITE result = line_script.write ? line_script.write(byte) : LINE_WRITE::DONE;
+LINE_WRITE write_line_byte(LINE* line, std::uint8_t byte) {
+    const LINE_WRITE result = line_script.write ? line_script.write(line, byte) : LINE_WRITE::DONE;
     if (result == LINE_WRITE::DONE) {
         note_sent(byte);
         if (line_script.heard)

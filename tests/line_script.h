@@ -17,7 +17,8 @@ struct LINE {};
 // What a test changes of the line and the operator. An empty entry is a quiet, faultless line.
 struct LINE_SCRIPT {
     LINE_OPENING opening = LINE_OPENING::OPEN;
-    std::function<LINE_WRITE(std::uint8_t)> write;
+    std::function<bool(LINE*, std::uint8_t*)> read; // instead of the bytes that line_brings queued
+    std::function<LINE_WRITE(LINE*, std::uint8_t)> write;
     std::function<void(std::uint8_t)> heard;                    // the other side hears a byte that went out
     std::function<std::uint32_t(LINE_STATUS&)> status;          // flags, queue and error word of a poll
     std::function<bool(std::uint32_t query)> has_carrier;       // queries count from 1
