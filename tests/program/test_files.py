@@ -47,7 +47,7 @@ def repeats(button, *script):
 
 
 X, Y = b"x" * 250, b"y" * 249  # as much as can be typed into a line, and repeated
-KEPT = [b"?A", b"?B", b"FIG", b"NEW", Y]
+BIG = [b"?A", b"?B", b"FIG", b"NEW", Y] + [b"Z"] * 65535
 EDITS = [  # what the operator does in one file, one after the other, and what it then holds
     ([ADD, "1: APPLE", key(VK_RETURN, "PEAR"), key(VK_RETURN, "FIG")], [b"APPLE", b"PEAR", b"FIG"]),
     (["2: PLUM"], [b"APPLE", b"PLUM", b"FIG"]),
@@ -58,7 +58,8 @@ EDITS = [  # what the operator does in one file, one after the other, and what i
      [b"", b"/0D", b"NEW", b"FIG", X, b"NEW", Y, Y, b"NEW", Y]),
     (repeats("Rep. Delete", row(3), LINE + "2"), [b"", b"NEW", b"FIG", b"NEW", Y, b"NEW", Y]),
     (repeats("Rep. Delete", LINE + "6"), [b"", b"NEW", b"FIG", b"NEW", Y]),
-    (["1: \xFFA", key(VK_RETURN), asks(NOT_HELD, IDOK, LOOKUP, "Lookup File"), "2: \xFEB", key(VK_UP)], KEPT),
+    (["1: \xFFA", key(VK_RETURN), asks(NOT_HELD, IDOK, LOOKUP, "Lookup File"), "2: \xFEB", key(VK_UP)], BIG[:5]),
+    (repeats("Rep. Add", "Add: 65535|Default Data: Z"), BIG),
 ]
 
 CSV = b'Name,Code\r\n"Smith, J",  0012 \r\n\r\n,000\nTWENTY-ONE CHARACTERS,A\tB'
@@ -83,7 +84,7 @@ class FilesTest(ScriptTest):
             self.assert_holds(f"edit{number}.lkt", system_file(b"edit%d" % number, records))
         path = self.folder / "longfilename.lkt"
         run(program, saves(path, AS_ASCII))
-        self.assert_holds(path, text_file(b"L", b"longfile", b"", *KEPT))
+        self.assert_holds(path, text_file(b"L", b"longfile", b"", *BIG))
         run(program, opens(path, LOOKUP, OVER), holds("Lookup Filename: longfile|5: " + "y" * 249))
 
     def test_imports(self):
