@@ -32,7 +32,7 @@ void append_to_vector(benchmark::State& state) {
     for (auto _ : state) {
         std::vector<std::string> vector;
         for (const auto& record : records)
-            vector.push_back(record);
+            vector.push_back(record); // NOLINT(performance-*): how many come is not known beforehand
         benchmark::DoNotOptimize(vector.data());
     }
     state.SetItemsProcessed(state.iterations() * MILLION);
