@@ -180,20 +180,20 @@ const LINE_KEY* line_key(WPARAM key) {
     return found == std::end(LINE_KEYS) ? nullptr : found;
 }
 
-void move_by_key(HWND hDlg, FILE_LINES& lines, const LINE_KEY& key) {
-    if (lines.row == NO_ROW)
+void move_by_key(HWND hDlg, FILE_LINES& lines, const LINE_KEY* key) {
+    if (lines.row == NO_ROW || key == nullptr)
         return;
     store_line(hDlg, lines);
     const std::int64_t line = line_in(lines.row);
-    const std::int64_t target = std::clamp<std::int64_t>(line + key.lines, 1, record_entry_total);
+    const std::int64_t target = std::clamp<std::int64_t>(line + key->lines, 1, record_entry_total);
     if (target != line) {
-        if (std::abs(key.lines) >= VISIBLE_LINES)
-            set_base(record_index_base + key.lines);
+        if (std::abs(key->lines) >= VISIBLE_LINES)
+            set_base(record_index_base + key->lines);
         go_to_line(hDlg, lines, target);
-    } else if (key.at_the_end == AT_THE_END::NEW_LINE) {
+    } else if (key->at_the_end == AT_THE_END::NEW_LINE) {
         insert_line(hDlg, lines, line + 1);
-    } else if (key.at_the_end == AT_THE_END::NEXT_CONTROL) {
-        SendMessageA(hDlg, WM_NEXTDLGCTL, key.lines < 0, FALSE);
+    } else if (key->at_the_end == AT_THE_END::NEXT_CONTROL) {
+        SendMessageA(hDlg, WM_NEXTDLGCTL, key->lines < 0, FALSE);
     } else {
         beep();
     }
@@ -367,7 +367,7 @@ bool take_line_notification(HWND hDlg, FILE_LINES& lines, int control, int notif
 
 void move_lines(HWND hDlg, FILE_LINES& lines, UINT message, WPARAM wParam) {
     if (message == WM_LINE_KEY)
-        move_by_key(hDlg, lines, *line_key(wParam));
+        move_by_key(hDlg, lines, line_key(wParam));
     else if (message == WM_VSCROLL)
         scroll_lines(hDlg, lines, wParam);
     else

@@ -9,9 +9,10 @@
 inline constexpr int VISIBLE_LINES = 13;
 inline constexpr int NO_ROW = -1;
 
-inline constexpr UINT WM_LINE_KEY = WM_USER + 1; // a key that moves between the lines was pressed in one
+// Beyond the messages of all dialogs, which begin at WM_USER.
+inline constexpr UINT WM_LINE_KEY = WM_APP + 1; // a key that moves between the lines was pressed in one
 // A line or a button that acts on it has lost the focus, and the new focus is known.
-inline constexpr UINT WM_LINE_LEFT = WM_USER + 2;
+inline constexpr UINT WM_LINE_LEFT = WM_APP + 2;
 
 extern std::uint32_t record_index_base; // line number of the first visible line, from 1
 
