@@ -92,16 +92,14 @@ bool fold_lookup_header(const FOLDING& folding, std::uint16_t* checksum) {
     return true;
 }
 
-// Folds what stands at `position`, a block between two redraws. Returns its size.
-std::int64_t fold_piece(const FOLDING& folding, std::int64_t position, std::string_view piece,
-                        std::uint16_t* checksum) {
-    for (std::size_t done = 0; done < piece.size();) {
-        const std::string_view block = piece.substr(done, BLOCK_SIZE);
+// Folds what ends at `end`, a block between two redraws.
+void fold_piece(const FOLDING& folding, std::int64_t end, std::string_view piece, std::uint16_t* checksum) {
+    while (!piece.empty()) {
+        const std::string_view block = piece.substr(0, BLOCK_SIZE);
         crc_block(block, checksum);
-        done += block.size();
-        show_position(folding, position + static_cast<std::int64_t>(done));
+        piece.remove_prefix(block.size());
+        show_position(folding, end - static_cast<std::int64_t>(piece.size()));
     }
-    return static_cast<std::int64_t>(piece.size());
 }
 
 bool fold_file(const FOLDING& folding, std::uint16_t* checksum) {
@@ -119,7 +117,8 @@ bool fold_file(const FOLDING& folding, std::uint16_t* checksum) {
             static_cast<std::size_t>(std::min<std::int64_t>(READ_SIZE, folding.length - position));
         if (std::fread(piece.data(), 1, wanted, folding.file) != wanted)
             return false;
-        position += fold_piece(folding, position, {piece.data(), wanted}, checksum);
+        position += static_cast<std::int64_t>(wanted);
+        fold_piece(folding, position, {piece.data(), wanted}, checksum);
     }
     return true;
 }
@@ -201,27 +200,4 @@ bool write_checksum(const std::string& file_name, int checksum_type) {
     swap_word(&checksum);
     return seek_file(file.get(), checksum_offset(checksum_type, length)) &&
            std::fwrite(&checksum, sizeof checksum, 1, file.get()) == 1 && std::fclose(file.release()) == 0;
-}
-
-STATUS_TEXTS status_texts(int mode) {
-    switch (mode) {
-    case STATUS_OPEN_FILE:
-        return {"Open File Progress", "Progress"};
-    case STATUS_CHECKSUM:
-        return {"Open File Checksum", "Verifying Checksum"};
-    case STATUS_REPEAT_ADD:
-        return {"Repeat Add Progress", "Progress"};
-    case STATUS_REPEAT_INSERT:
-        return {"Repeat Insert Progress", "Progress"};
-    case STATUS_REPEAT_DELETE:
-        return {"Repeat Delete Progress", "Progress"};
-    default:
-        return {"Translation Progress", "Translation"};
-    }
-}
-
-int status_bar_width(int inner_right, std::int64_t position, std::int64_t size) {
-    if (size <= 0 || inner_right < 0)
-        return 0;
-    return static_cast<int>(inner_right * std::clamp<std::int64_t>(position, 0, size) / size) + 1;
 }

@@ -37,23 +37,3 @@ bool isvalid_checksum(std::FILE* hfile, int checksum_type);
 // Computes the checksum of a file just written, whose length word is right, and stores it. False when the
 // file could not be opened, read or written; reports nothing.
 bool write_checksum(const std::string& file_name, int checksum_type);
-
-// Caption and text line of the progress box by mode.
-enum STATUS_MODE {
-    STATUS_OPEN_FILE = 1,
-    STATUS_READ_LOOKUP = 2,
-    STATUS_READ_TEXT = 3,
-    STATUS_CHECKSUM = 4,
-    STATUS_REPEAT_ADD = 5,
-    STATUS_REPEAT_INSERT = 6,
-    STATUS_REPEAT_DELETE = 7,
-};
-struct STATUS_TEXTS {
-    const char* caption;
-    const char* text;
-};
-STATUS_TEXTS status_texts(int mode);
-
-// Pixels of the bar to fill for `position` out of `size`, in an inner rectangle that ends at `inner_right`:
-// at least 0, at most inner_right + 1. A size of 0 or less fills nothing.
-int status_bar_width(int inner_right, std::int64_t position, std::int64_t size);

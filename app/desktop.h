@@ -19,8 +19,17 @@ BUTTON show_message(WINDOW owner, const std::string& text, const std::string& ca
 // The default beep.
 void beep();
 
-// The progress box. `mode` chooses its caption and text (see status_texts in checksum.h); position and size
-// are in bytes or records, whatever the caller counts.
+// The progress box. The mode chooses its caption and text; position and size are in bytes or records,
+// whatever the caller counts.
+enum STATUS_MODE {
+    STATUS_OPEN_FILE = 1,
+    STATUS_READ_LOOKUP = 2,
+    STATUS_READ_TEXT = 3,
+    STATUS_CHECKSUM = 4,
+    STATUS_REPEAT_ADD = 5,
+    STATUS_REPEAT_INSERT = 6,
+    STATUS_REPEAT_DELETE = 7,
+};
 struct STATUS_BOX;
 STATUS_BOX* open_status_box(int mode);
 void update_status_bar(STATUS_BOX* box, std::int64_t position, std::int64_t size);

@@ -1,6 +1,5 @@
 #include "app/progress.h"
 
-#include "app/checksum.h"
 #include "app/desktop.h"
 #include "app/dialogs.h"
 #include "resources/control.h"
@@ -18,6 +17,36 @@ struct STATUS_BOX {
 namespace {
 
 constexpr COLORREF BAR_COLOUR = RGB(0, 0, 255);
+
+struct STATUS_TEXTS {
+    const char* caption;
+    const char* text;
+};
+
+STATUS_TEXTS status_texts(int mode) {
+    switch (mode) {
+    case STATUS_OPEN_FILE:
+        return {"Open File Progress", "Progress"};
+    case STATUS_CHECKSUM:
+        return {"Open File Checksum", "Verifying Checksum"};
+    case STATUS_REPEAT_ADD:
+        return {"Repeat Add Progress", "Progress"};
+    case STATUS_REPEAT_INSERT:
+        return {"Repeat Insert Progress", "Progress"};
+    case STATUS_REPEAT_DELETE:
+        return {"Repeat Delete Progress", "Progress"};
+    default:
+        return {"Translation Progress", "Translation"};
+    }
+}
+
+// Pixels of the bar to fill for `position` out of `size`, in an inner rectangle that ends at `inner_right`. A
+// size of 0 or less fills nothing.
+int status_bar_width(int inner_right, std::int64_t position, std::int64_t size) {
+    if (size <= 0)
+        return 0;
+    return static_cast<int>(inner_right * std::clamp<std::int64_t>(position, 0, size) / size) + 1;
+}
 
 // Frame and bar of `width` pixels, in a control whose client area `inner` fills but for the frame.
 void draw_status_bar(HDC dc, const RECT& inner, int width) {

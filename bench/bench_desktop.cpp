@@ -1,6 +1,5 @@
 // The desktop of the benchmarks: no messages, and a progress bar painted into memory whenever its picture
 // changes.
-#include "app/checksum.h"
 #include "app/desktop.h"
 #include "library/LIB.h"
 
@@ -33,7 +32,8 @@ STATUS_BOX* open_status_box(int) {
 }
 
 void update_status_bar(STATUS_BOX* box, std::int64_t position, std::int64_t size) {
-    const int width = status_bar_width(static_cast<int>(BAR_WIDTH) - 1, position, size);
+    const auto width =
+        static_cast<int>(position * std::int64_t{BAR_WIDTH - 1} / std::max<std::int64_t>(size, 1)) + 1;
     if (width == box->width)
         return;
     box->width = width;

@@ -1,6 +1,5 @@
 #include "files/FILEGEN_edits.h"
 
-#include "app/checksum.h"
 #include "app/desktop.h"
 #include "files/MEMORY.h"
 

@@ -1,6 +1,5 @@
 #include "files/FILEGEN_import.h"
 
-#include "app/checksum.h"
 #include "app/desktop.h"
 #include "app/files.h"
 #include "files/MEMORY.h"

@@ -90,13 +90,3 @@ TEST_F(ChecksumTest, ASaveLeavesNothingBehindAndSparesOtherFiles) {
     EXPECT_EQ(read_bytes(path("FILE")), good_file(60, SETUP_CHECKSUM));
     EXPECT_EQ(read_bytes(path("~TOLVAN0.TMP")), "mine");
 }
-
-TEST(StatusTest, BarStaysInsideItsFrame) {
-    const std::int64_t cases[][4] = {{200, -1, 100, 1},
-                                     {200, 1LL << 40, 1LL << 41, 101},
-                                     {200, 101, 100, 201},
-                                     {200, 5, 0, 0},
-                                     {-1, 5, 10, 0}};
-    for (const auto& [room, position, size, width] : cases)
-        EXPECT_EQ(status_bar_width(static_cast<int>(room), position, size), width);
-}

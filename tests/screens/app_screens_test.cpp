@@ -1,7 +1,6 @@
 // The main window, its boxes, and the desktop's own procedures.
 #include "app/TolvanP.h"
 #include "app/about.h"
-#include "app/checksum.h"
 #include "app/desktop.h"
 #include "app/dialogs.h"
 #include "app/ini_file.h"
@@ -113,9 +112,13 @@ TEST(ProgressBox, ShowsHowFarTheWorkIs) {
     RECT bar{};
     GetClientRect(GetDlgItem(box, IDC_STATUS_BAR), &bar);
     constexpr std::int64_t SIZE = 1'000'000'000'000; // past 32 bits
-    for (const auto& [position, filled] :
-         {std::pair{std::int64_t{0}, 1L}, {SIZE / 2, bar.right / 2 + 1}, {SIZE, bar.right - 2}}) {
-        update_status_bar(status, position, SIZE);
+    const std::tuple<std::int64_t, std::int64_t, long> cases[] = {{0, SIZE, 1},
+                                                                  {SIZE / 2, SIZE, bar.right / 2 + 1},
+                                                                  {SIZE + 1, SIZE, bar.right - 2},
+                                                                  {-1, SIZE, 1},
+                                                                  {5, 0, 0}};
+    for (const auto& [position, size, filled] : cases) {
+        update_status_bar(status, position, size);
         EXPECT_EQ(filled_pixels(box), filled);
     }
     close_status_box(status);
