@@ -8,6 +8,7 @@
 #include <string>
 
 inline constexpr std::size_t MAX_FIELDS = 250;
+inline constexpr unsigned MAX_INPUT_LIMIT = 250;    // characters of a field's input
 inline constexpr std::size_t PROGRAM_NAME_SIZE = 9; // bytes in the file; the name may fill them all
 inline constexpr char PROGRAM_FILE_TYPE = 'I';
 

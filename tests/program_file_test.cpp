@@ -24,9 +24,9 @@ const std::string FIELD_BYTES = "\x40\x02\x80\x01\xD2N\x01\x02\x03\x04\xFA\x05LR
 const std::string SMALL_PROGRAM = HEADER_BYTES + FIELD_BYTES + FIELD_BYTES + "\x25\x78";
 
 const FILE_KIND PROGRAM_KIND = {[](const std::string& name) {
+                                    no_lookup_target = true;
                                     init_programming();
                                     lookup_string = "old";
-                                    no_lookup_target = true;
                                     const int result = open_program_file(nullptr, name);
                                     EXPECT_TRUE(result != 0 || program_header.fields.empty())
                                         << "a refused file has brought fields";
