@@ -94,6 +94,11 @@ struct FIELD_DEFINITION {
     std::string branch_condition_handle;
 };
 
+// The field is asked once for each data file.
+inline bool is_header(const FIELD_DEFINITION& field) {
+    return (field.bit_values1 & HEADER_INPUT) != 0;
+}
+
 struct PROGRAM_HEADER {
     std::uint32_t file_size = 0; // bytes of the file without its checksum
     std::uint8_t file_type = 0;
