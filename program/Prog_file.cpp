@@ -144,10 +144,6 @@ int load_program_within_memory(std::FILE* file) {
     }
 }
 
-int load_from_library(WINDOW owner, const std::string& file_name) {
-    return static_cast<int>(read_library_member(owner, file_name, load_program_within_memory));
-}
-
 void append_field(std::string& image, const FIELD_DEFINITION& field) {
     for (const auto word : FIELD_WORDS)
         append_word(image, field.*word);
@@ -198,7 +194,7 @@ int open_program_file(WINDOW owner, const std::string& file_name) {
     file.reset();
     if (!is_library_member_type(start.type))
         return open_quendal_program_file(file_name);
-    return load_from_library(owner, file_name);
+    return static_cast<int>(read_library_member(owner, file_name, load_program_within_memory));
 }
 
 int save_program_file(const std::string& file_name) {
