@@ -99,12 +99,12 @@ class ProgrammingTest(ScriptTest):
         self.assertEqual([row.split("\t")[3] for row in rows] + [end], [*prompts, "<<END OF PROGRAM>>"])
 
     def test_all_settings_from_nothing(self):
-        path = self.folder / "built.x"
+        path = self.folder / "built.x.pgt"
         program = self.start(START, [new_field(*script) for script, _ in FIELDS], SETTINGS,
                              saves(path, "Programming (BUILT)"))
         self.assertEqual(path.read_bytes(), BUILT)
-        run(program, key(VK_TAB), holds("EOF Text: /FB/00"), ID.CMD_EXIT,  # the normal form is no change to be saved
-            START, opens(path, "Programming (BUILT)"), holds("Use Received Data Files Only|EOF Delay: 12"))
+        run(program, holds("EOF Text: /FB/00"), ID.CMD_EXIT, START, opens(path, "Programming (BUILT)"),
+            holds("Use Received Data Files Only|EOF Delay: 12"))
         rows = the_list(program).entries()
         self.assertEqual(len(rows), len(FIELDS) + 1)
         self.assertEqual(rows[0], "  1\tHeader\tData\tSTORE:\t  4\t  4\t   Keyboard\t   Variable")
