@@ -16,10 +16,6 @@ constexpr std::size_t TARGET_DIGITS = 2;
 constexpr unsigned HIGHEST_LOOKUP_ROW = 3;
 constexpr char ROWS_CAPTION[] = "Lookup File Definition";
 
-bool is_digit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 char upper_case(char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }

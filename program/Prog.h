@@ -8,6 +8,7 @@
 #include <string>
 
 inline constexpr std::size_t MAX_FIELDS = 250;
+inline constexpr unsigned MAX_INPUT_LIMIT = 250;    // characters of a field's input
 inline constexpr std::size_t PROGRAM_NAME_SIZE = 9; // bytes in the file; the name may fill them all
 inline constexpr char PROGRAM_FILE_TYPE = 'I';
 
@@ -92,6 +93,11 @@ struct FIELD_DEFINITION {
     std::string calculated_field_handle;
     std::string branch_condition_handle;
 };
+
+// The field is asked once for each data file.
+inline bool is_header(const FIELD_DEFINITION& field) {
+    return (field.bit_values1 & HEADER_INPUT) != 0;
+}
 
 struct PROGRAM_HEADER {
     std::uint32_t file_size = 0; // bytes of the file without its checksum

@@ -1,6 +1,7 @@
 #include "program/Prog_checks.h"
 
 #include "program/Prog.h"
+#include "program/Prog_text.h"
 
 #include <algorithm>
 #include <array>
@@ -10,17 +11,9 @@ namespace {
 
 constexpr char REFUSAL[] = "Cannot Save Program File.\n";
 
-bool is_header(const FIELD_DEFINITION& field) {
-    return (field.bit_values1 & HEADER_INPUT) != 0;
-}
-
 int count_headers() {
     return static_cast<int>(
         std::count_if(program_header.fields.begin(), program_header.fields.end(), is_header));
-}
-
-bool is_digit(char c) {
-    return c >= '0' && c <= '9';
 }
 
 // The target field number of a lookup file definition: one or two digits behind "FD". 0 when there is none.

@@ -3,7 +3,7 @@
 #include "program/Prog_text.h"
 
 #include <algorithm>
-#include <iterator>
+#include <cctype>
 
 namespace {
 
@@ -36,23 +36,16 @@ bool is_without_input(char letter) {
 
 // Positions that a stamp command takes; 0 for a literal character.
 std::size_t stamp_width(char command) {
-    switch (command) {
+    switch (std::toupper(static_cast<unsigned char>(command))) {
     case 'M': // month
-    case 'm':
     case 'D': // day of month
-    case 'd':
     case 'H': // hour
-    case 'h':
     case 'I': // minute
-    case 'i':
     case 'S': // second
-    case 's':
         return 2;
     case 'Y': // year
-    case 'y':
         return 4;
     case 'W': // day of week
-    case 'w':
         return 1;
     default:
         return 0;

@@ -74,6 +74,16 @@ POINT menu_position(HWND edit, LPARAM position) {
     return place;
 }
 
+void show_edit_menu(HWND edit, LPARAM position) {
+    SetFocus(edit);
+    HMENU bar = LoadMenuA(hInstance, MAKEINTRESOURCEA(MENU_EDIT));
+    HMENU menu = GetSubMenu(bar, 0);
+    enable_edit_menu(menu, edit);
+    const POINT place = menu_position(edit, position);
+    TrackPopupMenu(menu, TPM_RIGHTBUTTON, place.x, place.y, 0, GetParent(edit), nullptr);
+    DestroyMenu(bar);
+}
+
 void go_to_next_control(HWND dialog) {
     const bool backwards = GetKeyState(VK_SHIFT) < 0;
     SendMessageA(dialog, WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS), 0);
@@ -131,16 +141,6 @@ LRESULT filter_tab(LRESULT claimed, WNDPROC next, HWND hwnd, UINT message, WPARA
 
 } // namespace
 
-void show_edit_menu(HWND edit, HWND owner, LPARAM position) {
-    SetFocus(edit);
-    HMENU bar = LoadMenuA(hInstance, MAKEINTRESOURCEA(MENU_EDIT));
-    HMENU menu = GetSubMenu(bar, 0);
-    enable_edit_menu(menu, edit);
-    const POINT place = menu_position(edit, position);
-    TrackPopupMenu(menu, TPM_RIGHTBUTTON, place.x, place.y, 0, owner, nullptr);
-    DestroyMenu(bar);
-}
-
 EDIT_COMMAND do_edit_command(HWND dialog, int command) {
     const auto* found = std::ranges::find(EDIT_MESSAGES, command, &EDIT_MESSAGE::command);
     const bool is_message = found != std::end(EDIT_MESSAGES);
@@ -181,7 +181,7 @@ void normalise_edit(HWND dialog, int control) {
 LRESULT CALLBACK PROGEDITPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message != WM_CONTEXTMENU)
         return call_own_procedure(hwnd, message, wParam, lParam);
-    show_edit_menu(hwnd, GetParent(hwnd), lParam);
+    show_edit_menu(hwnd, lParam);
     return 0;
 }
 

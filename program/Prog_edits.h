@@ -7,19 +7,13 @@
 
 #include <string>
 
-// Shows the context menu of an escaped-text edit, at the pointer or, asked for by the keyboard, at the edit.
-// The chosen command (CMD_UNDO to CMD_SPECIAL_ASCII) goes to `owner`.
-void show_edit_menu(HWND edit, HWND owner, LPARAM position);
-
-// What a command of that menu came to.
+// Carries out a command of the context menu on the edit that has the focus. Special characters come from the
+// picker by way of the clipboard.
 enum class EDIT_COMMAND {
-    NONE,
-    NO_EDIT,
+    NONE,    // it is none of the menu's
+    NO_EDIT, // it has left the text as it was
     EDITED
-}; // none of the menu's; nothing to note; the text has changed
-
-// Carries out a command of the context menu on the control that has the focus. Special characters come from
-// the picker by way of the clipboard.
+};
 EDIT_COMMAND do_edit_command(HWND dialog, int command);
 
 // True while the picker is open: no focus or change notification is the operator's then.
@@ -36,7 +30,7 @@ void normalise_edit(HWND dialog, int control);
 // Filters for the controls of a dialog (see install_filter). Tab and Shift+Tab become WM_NEXTDLGCTL to the
 // dialog, Escape its Cancel, and Enter nothing; an open list keeps both, and a button leaves them to the
 // dialog manager. A control that takes the focus tells the dialog so with WM_CONTROL_FOCUSED, its identifier
-// in wParam.
+// in wParam. The commands of the context menu go to the dialog.
 inline constexpr UINT WM_CONTROL_FOCUSED = WM_USER + 12;
 LRESULT CALLBACK PROGEDITPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam); // menu only
 LRESULT CALLBACK EDITTABPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);  // with the menu

@@ -124,7 +124,7 @@ std::vector<std::string> field_list_rows() {
     for (const auto& field : program_header.fields) {
         source = code_text(SOURCE_TEXTS, field.input_source, source);
         std::string& row = rows.emplace_back(number_text(++number));
-        row += (field.bit_values1 & HEADER_INPUT) != 0 ? "\tHeader\t" : "\tRecord\t";
+        row += is_header(field) ? "\tHeader\t" : "\tRecord\t";
         row += code_text(TYPE_TEXTS, field.input_type, UNKNOWN);
         row += '\t' + translate_hex_to_string(field.prompt_string_handle);
         row += '\t' + number_text(field.max_input) + '\t' + number_text(field.min_input);

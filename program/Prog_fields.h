@@ -7,8 +7,6 @@
 #include <string>
 #include <vector>
 
-inline constexpr unsigned MAX_INPUT_LIMIT = 250; // characters of a field's input
-
 using FIELD_HANDLE = std::list<FIELD_DEFINITION>::iterator;
 
 extern int field_list_selection; // the selected row, from 0; the row behind the last field is the end row

@@ -23,14 +23,6 @@
 #include <array>
 #include <new>
 
-PROGRAM_HEADER program_header;
-GLOBAL_DATA_OPTIONS global_options;
-int field_list_total = 1;
-bool file_changed = false;
-std::string lookup_string;
-int target = 0;
-bool no_lookup_target = false;
-
 namespace {
 
 constexpr char OPEN_CAPTION[] = "Open File";
@@ -75,12 +67,6 @@ constexpr std::array FIELD_TEXTS = {
 
 void show_warning(const std::string& text, const char* caption) {
     show_message(nullptr, text, caption, MESSAGE_ICON::WARNING);
-}
-
-void forget_lookup() {
-    lookup_string.clear();
-    target = 0;
-    no_lookup_target = false;
 }
 
 std::string read_name(BYTE_READER& reader) {
@@ -158,10 +144,6 @@ int load_program_within_memory(std::FILE* file) {
     }
 }
 
-int load_from_library(WINDOW owner, const std::string& file_name) {
-    return static_cast<int>(read_library_member(owner, file_name, load_program_within_memory));
-}
-
 void append_field(std::string& image, const FIELD_DEFINITION& field) {
     for (const auto word : FIELD_WORDS)
         append_word(image, field.*word);
@@ -198,41 +180,13 @@ int refuse_save(const std::string& text) {
 
 } // namespace
 
-void init_programming() {
-    program_header = {};
-    global_options = {};
-    global_options.mult_field_operator = 1;
-    field_list_total = 1;
-    forget_lookup();
-}
-
-void init_field(FIELD_DEFINITION& field) {
-    field = {};
-    field.bit_values1 = AUTO_ADVANCE | NEW_SCREEN | INPUT_TRANSMIT | REQUIRE_INPUT | FIELD_ALWAYS_SET;
-    field.input_type = INPUT_DATA;
-    field.end_col = 19;
-    field.max_input = 250;
-    field.min_input = 1;
-    field.input_source = SOURCE_BAR_CODE;
-    field.output_format = 'V';
-    field.barcode_bit_values = BARCODE_ALL | BARCODE_AUTO_ADVANCE;
-    field.input_mask_handle.assign(1, 'A');
-    field.suffix_text_handle = "\r\n";
-}
-
-void free_prog_memory() {
-    program_header.fields.clear();
-    program_header.sof_text_handle.clear();
-    program_header.eof_text_handle.clear();
-}
-
 int open_program_file(WINDOW owner, const std::string& file_name) {
     FILE_HANDLE file = open_file(file_name, "rb");
     if (!file) {
         show_warning(CANNOT_OPEN, OPEN_CAPTION);
         return 0;
     }
-    forget_lookup();
+    lookup_string.clear();
     const FILE_START start = read_file_start(file.get());
     program_header.file_size = start.length;
     if (fills_file(file.get(), start.length))
@@ -240,7 +194,7 @@ int open_program_file(WINDOW owner, const std::string& file_name) {
     file.reset();
     if (!is_library_member_type(start.type))
         return open_quendal_program_file(file_name);
-    return load_from_library(owner, file_name);
+    return static_cast<int>(read_library_member(owner, file_name, load_program_within_memory));
 }
 
 int save_program_file(const std::string& file_name) {

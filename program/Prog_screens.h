@@ -5,8 +5,8 @@
 
 #include <cstdint>
 
-// Title, and owner of everything below: the editor of one program. Result 1. Starts with an empty program, or
-// with the file of the command line.
+// The programming window: the editor of one program, which owns all the dialogs below. Result 1. It starts
+// with an empty program, or with the file of the command line.
 extern "C" __declspec(dllexport) INT_PTR CALLBACK
     PROGRAMMINGPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam);
 

@@ -69,8 +69,8 @@ LRESULT CALLBACK ADDSPECIALPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM l
     default:
         break;
     }
-    return COMBOBOXTABPROC(hwnd, message, wParam,
-                           lParam); // Tab and Escape, claimed with the rest, still work
+    // Tab and Escape are claimed with the rest and must still work.
+    return COMBOBOXTABPROC(hwnd, message, wParam, lParam);
 }
 
 void do_special_command(HWND dialog, int control, int notification) {

@@ -19,7 +19,7 @@ void append_token(std::string& escaped, char stored) {
 }
 
 std::optional<int> hex_value(char digit) {
-    if (digit >= '0' && digit <= '9')
+    if (is_digit(digit))
         return digit - '0';
     if (digit >= 'A' && digit <= 'F')
         return digit - 'A' + 10;

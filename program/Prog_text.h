@@ -20,6 +20,10 @@ std::string normal_escaped_text(std::string_view escaped);
 // Stored text to the text of a static control: '&' doubled, every byte that cannot be shown as 0x7F.
 std::string convert_ampersands_and_nonascii(std::string_view stored);
 
+inline bool is_digit(char c) {
+    return c >= '0' && c <= '9';
+}
+
 // The number at the start of a stored text, as far as 32 bits hold it; 0 when there is none.
 std::int32_t decimal_value(const std::string& stored);
 

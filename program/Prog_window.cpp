@@ -102,7 +102,7 @@ void show_header(HWND hDlg, const std::string& name) {
     }
     for (const HEADER_BOX& box : HEADER_BOXES) {
         const bool set = (program_header.bit_values & box.mask) != 0;
-        CheckDlgButton(hDlg, box.control, set == box.ticked_when_set ? BST_CHECKED : BST_UNCHECKED);
+        tick(hDlg, box.control, set == box.ticked_when_set);
     }
     enable_append(hDlg);
     file_changed = false;
@@ -170,11 +170,10 @@ void store_header_text(HWND hDlg, const HEADER_TEXT& row) {
 // True when the program was saved. The focus may still be in a text box: all are read.
 bool save_program(HWND hDlg) {
     static constexpr FILE_FILTER FILTERS[] = {{"Tolvan Files(*.PGT)", "*.pgt"}};
-    FILE_DIALOG dialog;
-    dialog.owner = hDlg;
-    dialog.filters = FILTERS;
-    dialog.name = name_in_title(hDlg) + PROGRAM_EXTENSION;
-    dialog.directory = &prog_directory;
+    FILE_DIALOG dialog{.owner = hDlg,
+                       .filters = FILTERS,
+                       .name = name_in_title(hDlg) + PROGRAM_EXTENSION,
+                       .directory = &prog_directory};
     std::string name;
     do {
         if (!ask_save_name(dialog, PROGRAM_EXTENSION))
@@ -222,10 +221,7 @@ void open_program(HWND hDlg) {
                                               {"Library Files(*.LBT)", "*.lbt"},
                                               {"Quendal Files(*.PRG)", "*.prg"},
                                               {"All Files(*.*)", "*.*"}};
-    FILE_DIALOG dialog;
-    dialog.owner = hDlg;
-    dialog.filters = FILTERS;
-    dialog.directory = &prog_directory;
+    FILE_DIALOG dialog{.owner = hDlg, .filters = FILTERS, .directory = &prog_directory};
     if (command_line_options_flag != 0) {
         command_line_options_flag = 0;
         dialog.name = command_line_string;
@@ -245,7 +241,7 @@ void create_program(HWND hDlg) {
     if (!answers_yes(hDlg, "Create a new program file?"))
         return;
     start_program(hDlg);
-    update_field_list(hDlg, true);
+    update_field_list(hDlg, true); // leaves no operator of the calculation chosen, as after a file is read
 }
 
 void leave(HWND hDlg) {

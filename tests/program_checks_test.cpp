@@ -141,7 +141,4 @@ TEST(ProgramChecksTest, FlagPassWritesTheOptionsIntoTheFields) {
         EXPECT_EQ(field_number(2).input_mask_handle, chosen == 0 ? "D" : "DDD");
         EXPECT_EQ(field_number(2).data_manip_condition_handle, "12345");
     }
-    global_options.dup_warning = 1;
-    EXPECT_EQ(update_counts_and_flags(), "");
-    EXPECT_EQ(field_number(1).data_manip_source & NO_DUPLICATE_WARNING, 0);
 }
