@@ -19,14 +19,14 @@ constexpr int NO_ROW = -1;
 constexpr std::size_t FULL_TABLE = 248; // characters from which on no entry is added
 constexpr char END_OF_ENTRIES[] = "< End of Entries >";
 
-// What the keys of an entry edit ask of the dialog.
-constexpr UINT WM_NEXT_CONTROL = WM_USER + 1;
-constexpr UINT WM_PREVIOUS_CONTROL = WM_USER + 2;
-constexpr UINT WM_ENTRY_DONE = WM_USER + 3;
-constexpr UINT WM_ENTRY_UP = WM_USER + 4;
-constexpr UINT WM_ENTRY_DOWN = WM_USER + 5;
+// What the keys of an entry edit ask of the dialog, beyond the messages of all dialogs, which begin at WM_USER.
+constexpr UINT WM_NEXT_CONTROL = WM_APP + 1;
+constexpr UINT WM_PREVIOUS_CONTROL = WM_APP + 2;
+constexpr UINT WM_ENTRY_DONE = WM_APP + 3;
+constexpr UINT WM_ENTRY_UP = WM_APP + 4;
+constexpr UINT WM_ENTRY_DOWN = WM_APP + 5;
 // An entry or a button that acts on it has lost the focus, and the new focus is known.
-constexpr UINT WM_ENTRY_LEFT = WM_USER + 6;
+constexpr UINT WM_ENTRY_LEFT = WM_APP + 6;
 
 struct TABLE_EDITOR {
     LOOKUP_TABLE table;    // as the controls have it, but for the entry that is being typed
