@@ -19,7 +19,8 @@ constexpr int NO_ROW = -1;
 constexpr std::size_t FULL_TABLE = 248; // characters from which on no entry is added
 constexpr char END_OF_ENTRIES[] = "< End of Entries >";
 
-// What the keys of an entry edit ask of the dialog, beyond the messages of all dialogs, which begin at WM_USER.
+// What the keys of an entry edit ask of the dialog, beyond the messages of all dialogs, which begin at
+// WM_USER.
 constexpr UINT WM_NEXT_CONTROL = WM_APP + 1;
 constexpr UINT WM_PREVIOUS_CONTROL = WM_APP + 2;
 constexpr UINT WM_ENTRY_DONE = WM_APP + 3;
@@ -87,17 +88,15 @@ void enable_entry_buttons(HWND hDlg, bool enabled) {
         EnableWindow(GetDlgItem(hDlg, control), enabled);
 }
 
-// Lets an edit take as many characters as the string has room for beside the others.
-void limit_edit(HWND hDlg, int control, std::size_t others, std::size_t limit) {
-    const std::size_t room = others < LOOKUP_LIMIT ? std::min(LOOKUP_LIMIT - others, limit) : 0;
+// Lets an edit take as many characters as the string has room for.
+void limit_edit(HWND hDlg, int control, std::size_t room) {
     SendDlgItemMessageA(hDlg, control, EM_SETREADONLY, room == 0, 0); // a limit of 0 would be none
     SendDlgItemMessageA(hDlg, control, EM_LIMITTEXT, room, 0);
 }
 
 void enter_entry(HWND hDlg, TABLE_EDITOR& editor, int row) {
     const std::size_t own = editor.table.entries[entry_in(editor, row)].size();
-    const std::size_t others = lookup_table_text(editor.table).size() - own;
-    limit_edit(hDlg, IDC_TABLE_ENTRY + row, others, LOOKUP_LIMIT);
+    limit_edit(hDlg, IDC_TABLE_ENTRY + row, lookup_room(lookup_table_text(editor.table).size() - own));
     SendDlgItemMessageA(hDlg, IDC_TABLE_ENTRY + row, EM_SETSEL, 0, -1);
     editor.row = row;
     enable_entry_buttons(hDlg, true);
@@ -105,8 +104,8 @@ void enter_entry(HWND hDlg, TABLE_EDITOR& editor, int row) {
 
 void enter_message(HWND hDlg, LOOKUP_TABLE table) {
     table.message.clear();
-    limit_edit(hDlg, IDC_LOOKUP_MESSAGE, lookup_table_text(table).size() + LOOKUP_MESSAGE_START.size(),
-               LOOKUP_MESSAGE_LIMIT);
+    const std::size_t room = lookup_room(lookup_table_text(table).size() + LOOKUP_MESSAGE_START.size());
+    limit_edit(hDlg, IDC_LOOKUP_MESSAGE, std::min(room, LOOKUP_MESSAGE_LIMIT));
 }
 
 // Puts the focus where the operator works on.
