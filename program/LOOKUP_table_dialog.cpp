@@ -108,11 +108,6 @@ void enter_message(HWND hDlg, LOOKUP_TABLE table) {
     limit_edit(hDlg, IDC_LOOKUP_MESSAGE, std::min(room, LOOKUP_MESSAGE_LIMIT));
 }
 
-// Puts the focus where the operator works on.
-void move_focus(HWND hDlg, int control) {
-    SendMessageA(hDlg, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(hDlg, control)), TRUE);
-}
-
 void focus_row(HWND hDlg, TABLE_EDITOR& editor, int row) {
     move_focus(hDlg, IDC_TABLE_ENTRY + row);
     enter_entry(hDlg, editor, row); // the focus may have been there before, on another entry
@@ -278,12 +273,7 @@ struct ENTRY_KEY {
 constexpr ENTRY_KEY ENTRY_KEYS[] = {
     {VK_TAB, WM_NEXT_CONTROL}, {VK_RETURN, WM_ENTRY_DONE}, {VK_UP, WM_ENTRY_UP}, {VK_DOWN, WM_ENTRY_DOWN}};
 
-// A key that means something to the dialog. True when it is done with.
 bool take_entry_key(HWND hDlg, WPARAM key) {
-    if (key == VK_ESCAPE) {
-        PostMessageA(hDlg, WM_COMMAND, IDCANCEL, 0);
-        return true;
-    }
     const auto* found = std::ranges::find(ENTRY_KEYS, key, &ENTRY_KEY::key);
     if (found == std::end(ENTRY_KEYS))
         return false;
@@ -292,41 +282,15 @@ bool take_entry_key(HWND hDlg, WPARAM key) {
     return true;
 }
 
-// The captions of Insert and Delete show no access keys, and Tab comes to them from the last entry only.
-bool take_access_key(HWND hDlg, WPARAM letter) {
-    const bool inserts = letter == 'i' || letter == 'I';
-    if (!inserts && letter != 'd' && letter != 'D')
-        return false;
-    SendMessageA(hDlg, WM_COMMAND, inserts ? IDC_TABLE_INSERT : IDC_TABLE_DELETE, 0);
-    return true;
-}
+// Tab comes to Insert and Delete from the last entry only.
+constexpr ACCESS_KEY ACCESS_KEYS[] = {{'I', IDC_TABLE_INSERT}, {'D', IDC_TABLE_DELETE}};
 
-// Filter for the entry edits. It claims all keys; those without a meaning here are the edit's own.
 LRESULT CALLBACK LENTERPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
-    HWND hDlg = GetParent(hwnd);
-    switch (message) {
-    case WM_GETDLGCODE:
-        return DLGC_WANTALLKEYS | call_own_procedure(hwnd, message, wParam, lParam);
-    case WM_KEYDOWN:
-        if (take_entry_key(hDlg, wParam))
-            return 0;
-        break;
-    case WM_SYSCHAR:
-        if (take_access_key(hDlg, wParam))
-            return 0;
-        break;
-    case WM_CHAR:
-        if (wParam == VK_TAB || wParam == VK_RETURN || wParam == VK_ESCAPE)
-            return 0;
-        if (wParam == '?') { // it starts the message
-            beep();
-            return 0;
-        }
-        break;
-    default:
-        break;
+    if (message == WM_CHAR && wParam == '?') { // it starts the message
+        beep();
+        return 0;
     }
-    return call_own_procedure(hwnd, message, wParam, lParam);
+    return filter_entry_keys(take_entry_key, ACCESS_KEYS, hwnd, message, wParam, lParam);
 }
 
 void open_table_editor(HWND hDlg, TABLE_EDITOR& editor) {
