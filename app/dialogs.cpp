@@ -120,10 +120,14 @@ bool saves_or_gives_up(HWND owner, const std::string& question, const std::funct
     }
 }
 
+void move_focus(HWND dialog, int control) {
+    SendMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog, control)), TRUE);
+}
+
 void enable_control(HWND dialog, int control, bool enabled, int next_focus) {
     HWND window = GetDlgItem(dialog, control);
     if (!enabled && GetFocus() == window)
-        SendMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog, next_focus)), TRUE);
+        move_focus(dialog, next_focus);
     EnableWindow(window, enabled);
 }
 
@@ -139,6 +143,36 @@ void remove_filter(HWND control) {
 
 LRESULT CALLBACK call_own_procedure(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
     return CallWindowProcA(own_procedure(control), control, message, wParam, lParam);
+}
+
+LRESULT filter_entry_keys(bool (*take_key)(HWND dialog, WPARAM key), std::span<const ACCESS_KEY> access_keys,
+                          HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+    HWND dialog = GetParent(hwnd);
+    switch (message) {
+    case WM_GETDLGCODE:
+        return DLGC_WANTALLKEYS | call_own_procedure(hwnd, message, wParam, lParam);
+    case WM_KEYDOWN:
+        if (wParam == VK_ESCAPE)
+            PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
+        else if (!take_key(dialog, wParam))
+            break;
+        return 0;
+    case WM_CHAR: // the characters of these keys are their keys' codes
+        if (wParam == VK_TAB || wParam == VK_RETURN || wParam == VK_ESCAPE)
+            return 0;
+        break;
+    case WM_SYSCHAR:
+        for (const ACCESS_KEY& key : access_keys) {
+            if (wParam == key.letter || wParam == key.letter + 'a' - 'A') {
+                SendMessageA(dialog, WM_COMMAND, static_cast<WPARAM>(key.button), 0);
+                return 0;
+            }
+        }
+        break;
+    default:
+        break;
+    }
+    return call_own_procedure(hwnd, message, wParam, lParam);
 }
 
 LRESULT CALLBACK INTPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -35,6 +35,9 @@ bool answers_yes(HWND owner, const std::string& question);
 // Asks a Yes/No/Cancel question about unsaved changes; Yes saves. True when they are saved or given up.
 bool saves_or_gives_up(HWND owner, const std::string& question, const std::function<bool()>& save);
 
+// Puts the focus on a control, which becomes the default button when it is one.
+void move_focus(HWND dialog, int control);
+
 // Enables or disables a control. One that has the focus hands it to another before it is disabled: the
 // keyboard would reach nothing.
 void enable_control(HWND dialog, int control, bool enabled, int next_focus);
@@ -44,6 +47,16 @@ void enable_control(HWND dialog, int control, bool enabled, int next_focus);
 void install_filter(HWND control, WNDPROC filter);
 void remove_filter(HWND control);
 LRESULT CALLBACK call_own_procedure(HWND control, UINT message, WPARAM wParam, LPARAM lParam);
+
+// Serves the filters of edits that are the entries of a list. It claims all keys: Escape is the dialog's
+// Cancel, any other goes to `take_key`, which is true when that is done with it. Alt with a letter presses a
+// button, whose caption shows no access key.
+struct ACCESS_KEY {
+    WPARAM letter; // in upper case
+    int button;
+};
+LRESULT filter_entry_keys(bool (*take_key)(HWND dialog, WPARAM key), std::span<const ACCESS_KEY> access_keys,
+                          HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 
 // Filter for numeric edits: refuses every character but digits and backspace with a beep. Pasting stays open.
 LRESULT CALLBACK INTPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);

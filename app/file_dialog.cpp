@@ -64,7 +64,7 @@ bool may_replace(HWND owner, const std::string& path) {
 } // namespace
 
 bool ask_open_name(FILE_DIALOG& dialog) {
-    return run_file_dialog(dialog, GetOpenFileNameA, OFN_FILEMUSTEXIST);
+    return run_file_dialog(dialog, GetOpenFileNameA, dialog.file_must_exist ? OFN_FILEMUSTEXIST : 0);
 }
 
 bool ask_save_name(FILE_DIALOG& dialog, const std::string& default_extension) {

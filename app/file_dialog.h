@@ -19,12 +19,13 @@ struct FILE_DIALOG {
     std::string name = {};            // proposed name; then the chosen path
     std::string* directory = nullptr; // initial folder; the chosen file's folder is stored back into it
     unsigned long filter_index = 1;   // counts from 1; then the chosen one
+    bool file_must_exist = true;      // opening only
     bool asks_to_replace = true;      // saving only: whether a file that exists is asked about
     // Else the chosen file's folder becomes the process's current one.
     bool keeps_current_folder = false;
 };
 
-// All return false when the operator cancels. Opening asks for a file that exists.
+// All return false when the operator cancels.
 bool ask_open_name(FILE_DIALOG& dialog);
 
 // Saving asks before it overwrites. A path without any '.' gets `default_extension` (may be empty); when a

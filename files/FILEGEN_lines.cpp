@@ -199,55 +199,19 @@ void move_by_key(HWND hDlg, FILE_LINES& lines, const LINE_KEY* key) {
     }
 }
 
-// As in the other editor of entries, whose buttons have no access keys in their captions either.
-int button_of_access_key(WPARAM letter) {
-    switch (letter) {
-    case 'a':
-    case 'A':
-        return IDC_FILE_ADD;
-    case 'i':
-    case 'I':
-        return IDC_FILE_INSERT;
-    case 'd':
-    case 'D':
-        return IDC_FILE_DELETE;
-    default:
-        return 0;
-    }
+constexpr ACCESS_KEY ACCESS_KEYS[] = {{'A', IDC_FILE_ADD}, {'I', IDC_FILE_INSERT}, {'D', IDC_FILE_DELETE}};
+
+bool take_line_key(HWND hDlg, WPARAM key) {
+    if (line_key(key) == nullptr)
+        return false;
+    SendMessageA(hDlg, WM_LINE_KEY, key, 0);
+    return true;
 }
 
-// Filter for the lines. It claims all keys; those without a meaning here are the edit's own.
 LRESULT CALLBACK ENTERPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
-    HWND hDlg = GetParent(hwnd);
-    switch (message) {
-    case WM_GETDLGCODE:
-        return DLGC_WANTALLKEYS | call_own_procedure(hwnd, message, wParam, lParam);
-    case WM_KEYDOWN:
-        if (wParam == VK_ESCAPE)
-            PostMessageA(hDlg, WM_COMMAND, IDCANCEL, 0);
-        else if (line_key(wParam) != nullptr)
-            SendMessageA(hDlg, WM_LINE_KEY, wParam, 0);
-        else
-            break;
+    if (message == WM_KEYUP && line_key(wParam) != nullptr)
         return 0;
-    case WM_KEYUP:
-        if (line_key(wParam) != nullptr)
-            return 0;
-        break;
-    case WM_CHAR:
-        if (wParam == VK_TAB || wParam == VK_RETURN || wParam == VK_ESCAPE)
-            return 0;
-        break;
-    case WM_SYSCHAR:
-        if (const int button = button_of_access_key(wParam); button != 0) {
-            SendMessageA(hDlg, WM_COMMAND, static_cast<WPARAM>(button), 0);
-            return 0;
-        }
-        break;
-    default:
-        break;
-    }
-    return call_own_procedure(hwnd, message, wParam, lParam);
+    return filter_entry_keys(take_line_key, ACCESS_KEYS, hwnd, message, wParam, lParam);
 }
 
 } // namespace
@@ -288,10 +252,6 @@ void show_lines(HWND hDlg, FILE_LINES& lines) {
 void enable_repeats(HWND hDlg, bool enabled) {
     for (const int control : {IDC_FILE_REP_INSERT, IDC_FILE_REP_DELETE})
         EnableWindow(GetDlgItem(hDlg, control), enabled);
-}
-
-void move_focus(HWND hDlg, int control) {
-    SendMessageA(hDlg, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(hDlg, control)), TRUE);
 }
 
 void leave_line(HWND hDlg, FILE_LINES& lines) {

@@ -30,7 +30,6 @@ void release_lines(HWND hDlg);
 void show_lines(HWND hDlg, FILE_LINES& lines);
 void enable_repeats(HWND hDlg, bool enabled);
 
-void move_focus(HWND hDlg, int control);           // where the operator works on
 void leave_line(HWND hDlg, FILE_LINES& lines);     // Insert and Delete have no line any more
 void leave_lines(HWND hDlg, FILE_LINES& lines);    // the same, and the focus stands before the lines
 void note_new_focus(HWND hDlg, FILE_LINES& lines); // the same, unless the focus is still near the line

@@ -81,9 +81,9 @@ void append_options(std::string& text, const LOOKUP_OPTIONS& lookup) {
 }
 
 void append_message(std::string& text, const std::string& message) {
-    const std::size_t used = text.size() + LOOKUP_MESSAGE_START.size();
-    if (!message.empty() && used < LOOKUP_LIMIT)
-        text.append(LOOKUP_MESSAGE_START).append(message, 0, LOOKUP_LIMIT - used);
+    const std::size_t room = lookup_room(text.size() + LOOKUP_MESSAGE_START.size());
+    if (!message.empty() && room > 0)
+        text.append(LOOKUP_MESSAGE_START).append(message, 0, room);
 }
 
 // A number of more than two digits could not be told from the option letters behind it.
@@ -114,6 +114,10 @@ unsigned row_number(const std::string& typed) {
 
 } // namespace
 
+std::size_t lookup_room(std::size_t others) {
+    return others < LOOKUP_LIMIT ? LOOKUP_LIMIT - others : 0;
+}
+
 LOOKUP_TABLE parse_lookup_table(std::string_view text) {
     const LOOKUP_PARTS parts = parts_of(text, 'T');
     LOOKUP_TABLE table{options_of(parts), {}};
@@ -136,7 +140,8 @@ LOOKUP_FILE parse_lookup_file(std::string_view text) {
     if (parts.has_values) {
         const std::vector<std::string> values = split(parts.values);
         for (std::size_t i = 0; i < std::min(values.size(), std::size(LOOKUP_VALUES)); ++i)
-            file.*LOOKUP_VALUES[i].value = values[i].substr(0, LOOKUP_VALUES[i].limit);
+            file.*LOOKUP_VALUES[i].value =
+                translate_hex_to_string(translate_string_to_hex(values[i]).substr(0, LOOKUP_VALUES[i].limit));
     }
     return file;
 }
@@ -169,8 +174,9 @@ std::string lookup_file_text(const LOOKUP_FILE& file) {
 }
 
 void replace_lookup_entry(LOOKUP_TABLE& table, std::size_t index, std::string_view text) {
-    const std::string normal =
-        normal_escaped_text(text); // a broken token must not take the next comma with it
+    const std::size_t room = lookup_room(lookup_table_text(table).size() - table.entries[index].size());
+    // Tokens make it longer than it was typed, and a broken one must not take the next comma with it.
+    const std::string normal = normal_escaped_text(normal_escaped_text(text).substr(0, room));
     const std::vector<std::string> parts = split(normal.substr(0, normal.find(MESSAGE_MARK)));
     const auto place = table.entries.erase(table.entries.begin() + static_cast<std::ptrdiff_t>(index));
     table.entries.insert(place, parts.begin(), parts.end());

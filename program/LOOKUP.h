@@ -39,7 +39,8 @@ struct LOOKUP_FILE : LOOKUP_OPTIONS {
     std::string end_row = "1";
 };
 
-// The values behind the options of a file's lookup string, in order, with the characters that each may have.
+// The values behind the options of a file's lookup string, in order, with the characters that each may have,
+// a token counting as one.
 struct LOOKUP_VALUE {
     std::string LOOKUP_FILE::*value;
     std::size_t limit;
@@ -53,12 +54,15 @@ inline constexpr LOOKUP_VALUE LOOKUP_VALUES[] = {
 LOOKUP_TABLE parse_lookup_table(std::string_view text);
 LOOKUP_FILE parse_lookup_file(std::string_view text);
 
+// How many characters fit into a string beside `others`.
+std::size_t lookup_room(std::size_t others);
+
 // The string of a definition. Its message is cut so that the string keeps to LOOKUP_LIMIT.
 std::string lookup_table_text(const LOOKUP_TABLE& table);
 std::string lookup_file_text(const LOOKUP_FILE& file);
 
 // Puts a text as typed in the place of an entry. Commas make it several entries; a '?' ends it, as everything
-// behind one would be taken for the message.
+// behind one would be taken for the message. What the string has no room for is cut.
 void replace_lookup_entry(LOOKUP_TABLE& table, std::size_t index, std::string_view text);
 
 // The first check that a file definition fails; an empty text when it passes all. Sets `target` to the target

@@ -121,11 +121,10 @@ void finish_file_editor(HWND hDlg, FILE_EDITOR& editor) {
     EndDialog(hDlg, 1);
 }
 
+// The file may be on the portable alone.
 void choose_lookup_name(HWND hDlg) {
-    FILE_DIALOG dialog;
-    dialog.owner = hDlg;
-    dialog.filters = LOOKUP_FILTERS;
-    dialog.directory = &data_directory;
+    FILE_DIALOG dialog{
+        .owner = hDlg, .filters = LOOKUP_FILTERS, .directory = &data_directory, .file_must_exist = false};
     if (ask_open_name(dialog))
         set_control_text(hDlg, IDC_LOOKUP_NAME,
                          path_base_name(dialog.name).substr(0, LOOKUP_VALUES[0].limit));

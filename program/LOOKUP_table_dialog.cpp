@@ -19,14 +19,15 @@ constexpr int NO_ROW = -1;
 constexpr std::size_t FULL_TABLE = 248; // characters from which on no entry is added
 constexpr char END_OF_ENTRIES[] = "< End of Entries >";
 
-// What the keys of an entry edit ask of the dialog.
-constexpr UINT WM_NEXT_CONTROL = WM_USER + 1;
-constexpr UINT WM_PREVIOUS_CONTROL = WM_USER + 2;
-constexpr UINT WM_ENTRY_DONE = WM_USER + 3;
-constexpr UINT WM_ENTRY_UP = WM_USER + 4;
-constexpr UINT WM_ENTRY_DOWN = WM_USER + 5;
+// What the keys of an entry edit ask of the dialog, beyond the messages of all dialogs, which begin at
+// WM_USER.
+constexpr UINT WM_NEXT_CONTROL = WM_APP + 1;
+constexpr UINT WM_PREVIOUS_CONTROL = WM_APP + 2;
+constexpr UINT WM_ENTRY_DONE = WM_APP + 3;
+constexpr UINT WM_ENTRY_UP = WM_APP + 4;
+constexpr UINT WM_ENTRY_DOWN = WM_APP + 5;
 // An entry or a button that acts on it has lost the focus, and the new focus is known.
-constexpr UINT WM_ENTRY_LEFT = WM_USER + 6;
+constexpr UINT WM_ENTRY_LEFT = WM_APP + 6;
 
 struct TABLE_EDITOR {
     LOOKUP_TABLE table;    // as the controls have it, but for the entry that is being typed
@@ -87,17 +88,15 @@ void enable_entry_buttons(HWND hDlg, bool enabled) {
         EnableWindow(GetDlgItem(hDlg, control), enabled);
 }
 
-// Lets an edit take as many characters as the string has room for beside the others.
-void limit_edit(HWND hDlg, int control, std::size_t others, std::size_t limit) {
-    const std::size_t room = others < LOOKUP_LIMIT ? std::min(LOOKUP_LIMIT - others, limit) : 0;
+// Lets an edit take as many characters as the string has room for.
+void limit_edit(HWND hDlg, int control, std::size_t room) {
     SendDlgItemMessageA(hDlg, control, EM_SETREADONLY, room == 0, 0); // a limit of 0 would be none
     SendDlgItemMessageA(hDlg, control, EM_LIMITTEXT, room, 0);
 }
 
 void enter_entry(HWND hDlg, TABLE_EDITOR& editor, int row) {
     const std::size_t own = editor.table.entries[entry_in(editor, row)].size();
-    const std::size_t others = lookup_table_text(editor.table).size() - own;
-    limit_edit(hDlg, IDC_TABLE_ENTRY + row, others, LOOKUP_LIMIT);
+    limit_edit(hDlg, IDC_TABLE_ENTRY + row, lookup_room(lookup_table_text(editor.table).size() - own));
     SendDlgItemMessageA(hDlg, IDC_TABLE_ENTRY + row, EM_SETSEL, 0, -1);
     editor.row = row;
     enable_entry_buttons(hDlg, true);
@@ -105,13 +104,8 @@ void enter_entry(HWND hDlg, TABLE_EDITOR& editor, int row) {
 
 void enter_message(HWND hDlg, LOOKUP_TABLE table) {
     table.message.clear();
-    limit_edit(hDlg, IDC_LOOKUP_MESSAGE, lookup_table_text(table).size() + LOOKUP_MESSAGE_START.size(),
-               LOOKUP_MESSAGE_LIMIT);
-}
-
-// Puts the focus where the operator works on.
-void move_focus(HWND hDlg, int control) {
-    SendMessageA(hDlg, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(hDlg, control)), TRUE);
+    const std::size_t room = lookup_room(lookup_table_text(table).size() + LOOKUP_MESSAGE_START.size());
+    limit_edit(hDlg, IDC_LOOKUP_MESSAGE, std::min(room, LOOKUP_MESSAGE_LIMIT));
 }
 
 void focus_row(HWND hDlg, TABLE_EDITOR& editor, int row) {
@@ -279,12 +273,7 @@ struct ENTRY_KEY {
 constexpr ENTRY_KEY ENTRY_KEYS[] = {
     {VK_TAB, WM_NEXT_CONTROL}, {VK_RETURN, WM_ENTRY_DONE}, {VK_UP, WM_ENTRY_UP}, {VK_DOWN, WM_ENTRY_DOWN}};
 
-// A key that means something to the dialog. True when it is done with.
 bool take_entry_key(HWND hDlg, WPARAM key) {
-    if (key == VK_ESCAPE) {
-        PostMessageA(hDlg, WM_COMMAND, IDCANCEL, 0);
-        return true;
-    }
     const auto* found = std::ranges::find(ENTRY_KEYS, key, &ENTRY_KEY::key);
     if (found == std::end(ENTRY_KEYS))
         return false;
@@ -293,41 +282,15 @@ bool take_entry_key(HWND hDlg, WPARAM key) {
     return true;
 }
 
-// The captions of Insert and Delete show no access keys, and Tab comes to them from the last entry only.
-bool take_access_key(HWND hDlg, WPARAM letter) {
-    const bool inserts = letter == 'i' || letter == 'I';
-    if (!inserts && letter != 'd' && letter != 'D')
-        return false;
-    SendMessageA(hDlg, WM_COMMAND, inserts ? IDC_TABLE_INSERT : IDC_TABLE_DELETE, 0);
-    return true;
-}
+// Tab comes to Insert and Delete from the last entry only.
+constexpr ACCESS_KEY ACCESS_KEYS[] = {{'I', IDC_TABLE_INSERT}, {'D', IDC_TABLE_DELETE}};
 
-// Filter for the entry edits. It claims all keys; those without a meaning here are the edit's own.
 LRESULT CALLBACK LENTERPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
-    HWND hDlg = GetParent(hwnd);
-    switch (message) {
-    case WM_GETDLGCODE:
-        return DLGC_WANTALLKEYS | call_own_procedure(hwnd, message, wParam, lParam);
-    case WM_KEYDOWN:
-        if (take_entry_key(hDlg, wParam))
-            return 0;
-        break;
-    case WM_SYSCHAR:
-        if (take_access_key(hDlg, wParam))
-            return 0;
-        break;
-    case WM_CHAR:
-        if (wParam == VK_TAB || wParam == VK_RETURN || wParam == VK_ESCAPE)
-            return 0;
-        if (wParam == '?') { // it starts the message
-            beep();
-            return 0;
-        }
-        break;
-    default:
-        break;
+    if (message == WM_CHAR && wParam == '?') { // it starts the message
+        beep();
+        return 0;
     }
-    return call_own_procedure(hwnd, message, wParam, lParam);
+    return filter_entry_keys(take_entry_key, ACCESS_KEYS, hwnd, message, wParam, lParam);
 }
 
 void open_table_editor(HWND hDlg, TABLE_EDITOR& editor) {

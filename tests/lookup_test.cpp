@@ -24,14 +24,13 @@ TEST(LookupTest, AStringIsReadByItsRulesAndWrittenInOrder) {
         {'T', "T,,?m", "T,?m"}, // the comma before the '?' belongs to the message
         {'T', "T,A?,B", "T,A,?,B"},
         {'T', "T?P,A", "T,?P,A"},
-        {'T', "", "T"},
-        {'T', full + "A,?b", full + "A"},
+        {'T', "F,A", "T"},
         {'T', full + "AB,CDE", full + "AB,"},
         {'F', "fopasd0,x,003,9,1,00,3", "FD0SAPO,x,003,9,1,00,3"},
         {'F', "FD123", "FD12,,1,1,1,1,1"},
         {'F', "FS,P", "F,P,1,1,1,1,1"}, // "Auto Advance" goes with the display field only
         {'F', "F,LONGERNAME,,0,x,,4,9,9,?m", "F,LONGERNA,1,1,1,1,1,?m"},
-        {'F', "T,A", "F,,1,1,1,1,1"},
+        {'F', "F,K/C4SEH/C4USER", "F,K/C4SEH/C4US,1,1,1,1,1"}, // eight characters as the portable counts
     };
     for (const auto& c : cases)
         EXPECT_EQ(rewritten(c.kind, c.text), c.written) << c.text;
@@ -57,6 +56,10 @@ TEST(LookupTest, MarksInTypedTextBreakNoString) {
     EXPECT_EQ(lookup_table_text(table), "T,A,b,,c,C");
     replace_lookup_entry(table, 0, "x/0d/");
     EXPECT_EQ(lookup_table_text(table), "T,x/0D,b,,c,C");
+    table = parse_lookup_table("T,A,B,?message");
+    replace_lookup_entry(table, 0, std::string(200, '\xE9'));
+    EXPECT_EQ(lookup_table_text(table).size(), 250) << "whole tokens, and all that stands behind them";
+    EXPECT_TRUE(lookup_table_text(table).ends_with("/E9,B,?message"));
     LOOKUP_FILE file = parse_lookup_file("FD3,");
     std::tie(file.target_field, file.name, file.end_row) = std::tuple("007", "A,B", "2?3");
     EXPECT_EQ(lookup_file_text(file), "FD7,A,1,1,1,1,2");

@@ -31,26 +31,19 @@ FIELD_DEFINITION& field(int number) {
     return *std::next(program_header.fields.begin(), number - 1);
 }
 
-// Opens the editor on a field, given by its number, under a script that is given its window. Cancels it in
-// the end, when it is still there: after edits that it knows of it asks.
-void run_field(int number, const std::function<void(HWND)>& script, bool edits = false) {
+// Opens the editor on a field, given by its number, under a script that is given its window, and closes it by
+// a button; after edits, which it asks about.
+void run_field(int number, const std::function<void(HWND)>& script, int button = IDCANCEL,
+               bool edits = true) {
     field_list_selection = number - 1;
-    const auto script_and_cancel = [&] {
+    const auto script_and_button = [&] {
         HWND screen = wait_for_window("Field Definition #" + std::to_string(number));
         script(screen);
-        settle();
-        if (!IsWindow(screen))
-            return;
-        close_window(screen);
+        click(screen, button);
         if (edits)
             answer_box("Field Definition", IDYES);
     };
-    drive([] { run_dialog(DLG_FIELD, nullptr, FIELDDEFPROC); }, script_and_cancel);
-}
-
-void save(HWND screen) {
-    click(screen, IDOK);
-    answer_box("Field Definition", IDYES);
+    drive([] { run_dialog(DLG_FIELD, nullptr, FIELDDEFPROC); }, script_and_button);
 }
 
 // Three fields with the prompts A, B and C; the first is a header.
@@ -69,33 +62,33 @@ struct FIELD_SCREEN : testing::Test {
 };
 
 TEST_F(FIELD_SCREEN, TypeAndSourceDisableControls) {
-    const std::string data = "Prompt Text:", size = "|Input Max:+|Input Min:+", header = "|Header Input";
-    const std::string place = "|Start Row:+|Start Col:+|Input Max:+|End Row:+|End Col:+|Input Min:+";
-    const std::string upper = "|Shift Input to Upper Case|Allow Duplicate Inputs", sum = "|Allow Calculation";
-    const std::string input = "|Require Input|Auto Advance" + upper, send = "|Enable Input Transmit";
-    const std::string bar_code = "|Bar Code Append|Bar Code Auto Advance|Bar Code Types...";
-    const std::string totals = sum + "|Transmit Total of Field" + bar_code + " -";
+    const std::string data = "Prompt Text:", size = "|Input Max:+|Input Min:+";
+    const std::string bar_code = "|Bar Code Append|Bar Code Auto Advance|Bar Code Types... -";
     const std::string texts =
         "|Input Source:|Output Format:|Display Pattern:|Input Mask:|Default Data:|Lookup File/Tbl:|Define";
-    const std::string ends = "|Prefix:|Delay:|Suffix:|Delay:" + size;
-    const std::string stamp = "Stamp Commands:" + texts + place + input + totals;
-    const std::string exhibit = "Exhibit Text:" + texts + ends + header + input + send + totals;
-    const std::string looked_up = data + header + "|Require Input" + upper + sum + bar_code + " -";
-    const std::string source_ticks = " -|Require Input|Auto Advance|Allow Duplicate Inputs";
+    const std::string stamp =
+        "Stamp Commands:" + texts + "|Start Row:+|Start Col:+|Input Max:+|End Row:+|End Col:+|Input Min:+" +
+        "|Require Input|Auto Advance|Shift Input to Upper Case|Allow Duplicate Inputs|Allow Calculation" +
+        "|Transmit Total of Field" + bar_code;
+    const std::string exhibit =
+        "Exhibit Text:" + texts + "|Prefix:|Delay:|Suffix:|Delay:" + size + "|Header Input|Require Input" +
+        "|Auto Advance|Shift Input to Upper Case|Allow Duplicate Inputs|Enable Input Transmit" +
+        "|Allow Calculation|Transmit Total of Field" + bar_code;
+    const std::string looked_up = data + "|Header Input|Require Input|Shift Input to Upper Case" +
+                                  "|Allow Duplicate Inputs|Allow Calculation" + bar_code;
+    const std::string ticked = "|Auto Advance|Allow Duplicate Inputs";
     const struct {
         char type, source; // as loaded
         int list, entry;   // then chosen; none when 0
         std::string state;
     } cases[] = {
-        {'?', '?', 0, 0, data + " -"},
-        {'N', 'K', 0, 0, data + bar_code + " -"},
         {'E', 'B', 0, 0, exhibit},
         {'Y', 'S', 0, 0, data + size + "|Auto Advance -"},
         {'D', 'L', 0, 0, looked_up},
         {'E', 'B', IDC_FIELD_TYPE, 1, stamp},
-        {'D', 'L', IDC_FIELD_SOURCE, 0, data + bar_code + source_ticks},
-        {'Y', 'K', IDC_FIELD_SOURCE, 1, data + size + source_ticks},
-        {'Y', 'K', IDC_FIELD_SOURCE, 3, looked_up + "|Auto Advance|Allow Duplicate Inputs"},
+        {'D', 'L', IDC_FIELD_SOURCE, 0, data + bar_code + "|Require Input" + ticked},
+        {'Y', 'K', IDC_FIELD_SOURCE, 1, data + size + " -|Require Input" + ticked},
+        {'Y', 'K', IDC_FIELD_SOURCE, 3, looked_up + ticked},
     };
     for (const auto& c : cases) {
         field(2).input_type = static_cast<std::uint8_t>(c.type);
@@ -105,7 +98,7 @@ TEST_F(FIELD_SCREEN, TypeAndSourceDisableControls) {
                 choose_entry(screen, c.list, c.entry);
             EXPECT_EQ(state(screen), c.state) << c.type << c.source << ' ' << c.entry;
         };
-        run_field(2, script, c.list != 0);
+        run_field(2, script, IDCANCEL, c.list != 0);
     }
 }
 
@@ -131,42 +124,20 @@ TEST_F(FIELD_SCREEN, PlaceAndBoxesDisableControls) {
         click(screen, IDC_FIELD_CALCULATION);
         EXPECT_EQ(control_text(screen, IDC_FIELD_MASK), "A");
     };
-    run_field(1, script, true);
+    run_field(1, script);
     EXPECT_EQ(field(1).bit_values1 & NEW_SCREEN, NEW_SCREEN) << "even without a save";
     EXPECT_FALSE(file_changed);
 }
 
-TEST_F(FIELD_SCREEN, EditsReachThePreviewAndTheField) {
+// On a field that is as odd as a file can hold: what is not edited stays as it is.
+TEST_F(FIELD_SCREEN, EditsReachThePreviewAndTheFieldAlone) {
     const std::string blank(16, '\x7F');
-    field(2).prompt_string_handle = "A&B";
-    field(2).start_row = field(2).end_row = 3;
-    run_field(2, [&](HWND screen) {
-        EXPECT_EQ(control_text(screen, IDC_FIELD_DISPLAY), "C" + blank + "\x7F\x7F\x7F");
-        EXPECT_EQ(control_text(screen, IDC_FIELD_DISPLAY + 3), "A&&B" + blank + "\x7F");
-        const auto step = [&](int edit, int direction) { // by the arrows behind it
-            NMUPDOWN notice{{nullptr, static_cast<UINT_PTR>(edit + 1), UDN_DELTAPOS}, 0, direction};
-            SendMessageA(screen, WM_NOTIFY, notice.hdr.idFrom, reinterpret_cast<LPARAM>(&notice));
-            return control_text(screen, edit);
-        };
-        EXPECT_EQ(step(IDC_FIELD_START_ROW, 1), "0");
-        EXPECT_EQ(step(IDC_FIELD_END_COL, 1), "0");
-        EXPECT_EQ(step(IDC_FIELD_END_COL, -1), "19");
-        EXPECT_EQ(step(IDC_FIELD_MAX, 1), "0");
-        EXPECT_EQ(step(IDC_FIELD_MAX, -1), "250");
-        EXPECT_EQ(control_text(screen, IDC_FIELD_HELP), "Maximum\rInput Size");
-        EXPECT_EQ(control_text(screen, IDC_FIELD_DISPLAY), "C&&B" + blank + "\x7F");
-        set_control_text(screen, IDC_FIELD_SUFFIX_DELAY, "300");
-        save(screen);
-    });
-    EXPECT_EQ(field(2).suffix_delay, 255);
-}
-
-// The tab key goes round a field that is as odd as a file can hold, and a save leaves what was not edited.
-TEST_F(FIELD_SCREEN, OddFieldsStayAsTheyAre) {
     FIELD_DEFINITION& odd = field(2);
     odd.bit_values1 = odd.bit_values2 = odd.data_manip_source = 0xFE;
     odd.input_type = odd.input_source = odd.output_format = odd.prefix_delay = 0xFE;
     odd.barcode_bit_values = odd.manip_barcode_bit_values = 0x5FF3;
+    odd.start_row = odd.end_row = 3;
+    odd.prompt_string_handle = "A&B";
     odd.suffix_text_handle = odd.branch_condition_handle = std::string(250, '\xFF');
     odd.input_mask_handle = "D";
     odd.lookup_filename_handle = "T,Red";
@@ -176,18 +147,29 @@ TEST_F(FIELD_SCREEN, OddFieldsStayAsTheyAre) {
                odd.suffix_text_handle + odd.branch_condition_handle + odd.lookup_filename_handle;
     };
     const std::string before = contents();
-    run_field(2, [&](HWND screen) {
-        EXPECT_EQ(unreached_by_tab(screen), std::vector<int>());
-        for (int stop = 0; stop < 40 || focused_control(screen) != IDC_FIELD_LOOKUP; ++stop) {
-            EXPECT_NE(control_text(screen, IDC_FIELD_HELP), "") << focused_control(screen);
-            EXPECT_EQ(layout_faults(screen), std::vector<std::string>());
-            press_key(VK_TAB);
-        }
-        press_key(VK_END);
-        press_key(VK_RETURN); // does nothing
-        type_text("x/0d");
-        save(screen);
-    });
+    run_field(
+        2,
+        [&](HWND screen) {
+            EXPECT_EQ(unreached_by_tab(screen), std::vector<int>());
+            for (int stop = 0; stop < 40 || focused_control(screen) != IDC_FIELD_LOOKUP; ++stop) {
+                EXPECT_NE(control_text(screen, IDC_FIELD_HELP), "") << focused_control(screen);
+                EXPECT_EQ(layout_faults(screen), std::vector<std::string>());
+                press_key(VK_TAB);
+            }
+            press_key(VK_END);
+            press_key(VK_RETURN); // does nothing
+            type_text("x/0d");
+            EXPECT_EQ(control_text(screen, IDC_FIELD_DISPLAY + 3), "A&&B" + blank + "\x7F");
+            NMUPDOWN notice{{nullptr, IDC_FIELD_START_ROW_SPIN, UDN_DELTAPOS}, 0, 1};
+            SendMessageA(screen, WM_NOTIFY, notice.hdr.idFrom, reinterpret_cast<LPARAM>(&notice));
+            EXPECT_EQ(control_text(screen, IDC_FIELD_HELP), "Starting Row for\rInput Display");
+            EXPECT_EQ(control_text(screen, IDC_FIELD_DISPLAY), "C&&B" + blank + "\x7F");
+            set_control_text(screen, IDC_FIELD_SUFFIX_DELAY, "300");
+        },
+        IDOK);
+    EXPECT_EQ(odd.start_row, 0);
+    EXPECT_EQ(odd.suffix_delay, 255);
+    std::tie(odd.start_row, odd.suffix_delay) = std::tuple(3, 0);
     EXPECT_EQ(contents(), before + "X\r");
 }
 
