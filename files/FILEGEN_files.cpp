@@ -106,12 +106,6 @@ std::int64_t read_own_text(WINDOW owner, TEXT_SOURCE& source, int file_type) {
     return read_tolvan_ascii_file(owner, source);
 }
 
-std::int64_t import(WINDOW owner, TEXT_SOURCE& source, const std::string& file_name,
-                    std::int64_t (*read)(WINDOW owner, TEXT_SOURCE& source)) {
-    set_name_from_path(file_name);
-    return read(owner, source);
-}
-
 std::int64_t refuse_open(WINDOW owner) {
     show_message(owner, CANNOT_OPEN, OPEN_CAPTION, MESSAGE_ICON::WARNING);
     return 0;
@@ -119,10 +113,13 @@ std::int64_t refuse_open(WINDOW owner) {
 
 std::int64_t read_recognised(WINDOW owner, const std::string& file_name, TEXT_SOURCE& source, int file_type,
                              EDIT_FILE kind) {
-    if (kind == EDIT_FILE::DBASE)
-        return import(owner, source, file_name, read_dbase_file);
-    data_program_name.clear();
+    if (kind == EDIT_FILE::DBASE || kind == EDIT_FILE::FREE_TEXT) // which hold no name of their own
+        set_name_from_path(file_name);
+    if (kind != EDIT_FILE::DBASE)
+        data_program_name.clear();
     switch (kind) {
+    case EDIT_FILE::DBASE:
+        return read_dbase_file(owner, source);
     case EDIT_FILE::OWN_TEXT:
         return read_own_text(owner, source, file_type);
     case EDIT_FILE::LOOKUP_SYSTEM:
@@ -133,11 +130,12 @@ std::int64_t read_recognised(WINDOW owner, const std::string& file_name, TEXT_SO
     case EDIT_FILE::QUENDAL:
         return read_quendal_lookup_sys_file(file_name);
     default:
-        return import(owner, source, file_name, read_text_ascii_file);
+        return read_text_ascii_file(owner, source);
     }
 }
 
-// What could be read of a failing disk is not the file: it is not shown as if it were.
+// What could be read of a failing disk is not the file: it is not shown as if it were. Only the import of
+// text keeps the rows before the failure, which it has reported.
 std::int64_t read_whole_or_nothing(WINDOW owner, const std::string& file_name, int file_type) {
     const FILE_HANDLE file = open_file(file_name, "rb");
     if (!file)
@@ -149,7 +147,7 @@ std::int64_t read_whole_or_nothing(WINDOW owner, const std::string& file_name, i
     const EDIT_FILE kind = recognise(source, file_type);
     rewind_source(source);
     const std::int64_t result = read_recognised(owner, file_name, source, file_type, kind);
-    return source.failed ? refuse_open(owner) : result;
+    return source.failed && kind != EDIT_FILE::FREE_TEXT ? refuse_open(owner) : result;
 }
 
 void report_changed_records(WINDOW owner) {
@@ -187,10 +185,10 @@ std::int64_t read_edit_file(WINDOW owner, const std::string& file_name, int file
     } catch (const std::bad_alloc&) {
         result = report_out_of_memory(owner);
     }
-    if (changed_records > 0)
-        report_changed_records(owner);
     if (result == 0) // what a damaged file began with is not kept
         free_memchunks();
+    else if (changed_records > 0)
+        report_changed_records(owner);
     return result;
 }
 

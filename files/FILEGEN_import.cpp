@@ -279,7 +279,12 @@ std::size_t size_in_buffer(const std::vector<std::string_view>& values) {
 int read_text_ascii_record(WINDOW owner, TEXT_SOURCE& source, std::string& copy, ROW& row) {
     std::string_view line;
     do {
-        if (read_line(source, line, ASCII_RECORD_LIMIT) == 0)
+        const bool at_end = read_line(source, line, ASCII_RECORD_LIMIT) == 0;
+        if (source.failed) {
+            show_warning(owner, "Unexpected Error in ASCII File.");
+            return ROW_REFUSED;
+        }
+        if (at_end)
             return NO_MORE_ROWS;
         if (line.size() == ASCII_RECORD_LIMIT && !source.rest.empty() && !is_line_end(source.rest.front())) {
             show_warning(owner, "ASCII file contains lines greater than 1024 chars long");

@@ -102,6 +102,10 @@ TEST_F(IMPORT_TEST, of_text_with_faults) {
         expect_warning(text, "Open File");
         expect_import(bytes, "a", records.empty() ? "-" : "y", std::ssize(records) / 2, records);
     }
+    const FILE_HANDLE unreadable = open_file(path(""), "rb"); // a folder opens, but it cannot be read
+    TEXT_SOURCE source = open_source(unreadable.get());
+    expect_warning("Unexpected Error in ASCII File.", "Open File");
+    EXPECT_EQ(read_text_ascii_file(nullptr, source), 0);
 }
 
 TEST_F(IMPORT_TEST, of_dbase) {
