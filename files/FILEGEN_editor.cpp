@@ -128,10 +128,7 @@ void create_file(HWND hDlg, FILE_EDITOR& editor) {
 void open_file(HWND hDlg, FILE_EDITOR& editor) {
     if (!may_overwrite(hDlg))
         return;
-    FILE_DIALOG dialog;
-    dialog.owner = hDlg;
-    dialog.filters = kind_of(editor).open_filters;
-    dialog.directory = &data_directory;
+    FILE_DIALOG dialog{.owner = hDlg, .filters = kind_of(editor).open_filters, .directory = &data_directory};
     if (!ask_open_name(dialog) || !empty_store(hDlg))
         return;
     show_hourglass();
@@ -158,12 +155,9 @@ bool save_file(HWND hDlg, FILE_EDITOR& editor) {
         leave_line(hDlg, editor.lines);
         return false;
     }
-    FILE_DIALOG dialog;
-    dialog.owner = hDlg;
-    dialog.filters = {&kind.save_filter, 1};
+    FILE_DIALOG dialog{.owner = hDlg, .filters = {&kind.save_filter, 1}, .directory = &data_directory};
     if (!sys_file_name.empty())
         dialog.name = sys_file_name + kind.extension;
-    dialog.directory = &data_directory;
     if (!ask_save_name(dialog, kind.extension))
         return false;
     show_hourglass();

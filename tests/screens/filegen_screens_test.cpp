@@ -160,22 +160,21 @@ TEST(FileEditor, RepeatsEdits) {
               open(editor, path);
               for (const auto& edit : edits) {
                   const bool adds = edit.button == IDC_FILE_REP_ADD;
-                  const int number = adds ? IDC_REPEAT_COUNT : IDC_REPEAT_START;
                   const std::string highest = adds ? "65535" : std::to_string(record_entry_total);
                   click(editor, edit.button);
                   HWND dialog = wait_for_window(edit.title);
                   expect_good_looks(dialog);
-                  while (focused_control(dialog) != number)
+                  while (focused_control(dialog) != IDC_REPEAT_NUMBER)
                       press_key(VK_TAB);
                   press_key(VK_DOWN);
-                  EXPECT_EQ(control_text(dialog, number), highest);
+                  EXPECT_EQ(control_text(dialog, IDC_REPEAT_NUMBER), highest);
                   press_key(VK_UP);
-                  EXPECT_EQ(control_text(dialog, number), "1");
-                  set_control_text(dialog, number, edit.number);
+                  EXPECT_EQ(control_text(dialog, IDC_REPEAT_NUMBER), "1");
+                  set_control_text(dialog, IDC_REPEAT_NUMBER, edit.number);
                   set_control_text(dialog, IDC_REPEAT_DATA, "x");
                   press_key(VK_RETURN);
                   EXPECT_EQ(answer_box(edit.box_caption, IDOK), edit.box_text);
-                  set_control_text(dialog, number, edit.good_number);
+                  set_control_text(dialog, IDC_REPEAT_NUMBER, edit.good_number);
                   HWND list = GetDlgItem(dialog, IDC_REPEAT_INTERVAL);
                   EXPECT_EQ(SendMessageA(list, LB_GETCOUNT, 0, 0), adds ? 0 : record_entry_total);
                   SendMessageA(list, LB_SETCURSEL, static_cast<WPARAM>(edit.entry), 0);
