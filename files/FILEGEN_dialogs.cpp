@@ -12,14 +12,16 @@
 #include "resources/define.h"
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 #include <string>
+#include <vector>
 
 namespace {
 
 constexpr WPARAM COUNT_DIGITS = 5; // that can be typed
 constexpr WPARAM START_DIGITS = 9;
-constexpr WPARAM DATA_LIMIT = 249;           // characters
+constexpr WPARAM DATA_LIMIT = 249; // characters
+
 constexpr int ROW_MARGIN = 2;                // pixels around the text of an interval
 constexpr int IMPORT_TAB_STOPS[] = {12, 60}; // dialog units
 
