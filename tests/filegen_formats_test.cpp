@@ -154,7 +154,8 @@ TEST_F(FilegenFormatsTest, ASaveThatFailsLeavesTheOldFileAndNoOther) {
     write_bytes(path("OLD.LKT"), "old");
     expect_warning("Line 2 is longer than 255 characters.\nA lookup system file cannot hold it.",
                    "Lookup File");
-    expect_saved("OLD.LKT", LOOKUP, LOOKUP_SYSTEM_FILE, -1);
+    expect_saved("NEW.LKT", LOOKUP, LOOKUP_SYSTEM_FILE, -1);
+    EXPECT_EQ(files_in_folder(), 1U);
     store_records(ITEMS);
     for (int number = 0; number < 1000; ++number) // no name is left for the file that is to replace it
         write_bytes(path("~TOLVAN" + std::to_string(number) + ".TMP"), "");
