@@ -12,25 +12,26 @@
 #include "resources/define.h"
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 #include <string>
+#include <vector>
 
 namespace {
 
-constexpr WPARAM COUNT_LIMIT = 5; // characters that can be typed
-constexpr WPARAM START_LIMIT = 9;
-constexpr WPARAM DATA_LIMIT = 249;
+constexpr WPARAM COUNT_DIGITS = 5; // that can be typed
+constexpr WPARAM START_DIGITS = 9;
+constexpr WPARAM DATA_LIMIT = 249; // characters
+
 constexpr int ROW_MARGIN = 2;                // pixels around the text of an interval
 constexpr int IMPORT_TAB_STOPS[] = {12, 60}; // dialog units
 
 // --- repetitive edits ---
 
-void limit_number(HWND hDlg, int edit, int updown, WPARAM limit) {
-    install_filter(GetDlgItem(hDlg, edit), INTPROC);
-    prepare_stepper(hDlg, updown);
-    SendDlgItemMessageA(hDlg, edit, EM_LIMITTEXT, limit, 0);
-    SetDlgItemInt(hDlg, edit, 1, FALSE);
-}
+struct REPEAT_EDIT {
+    void (*make)(HWND hDlg); // refuses a number that is out of range
+    std::uint32_t highest;   // number that the arrows reach
+    WPARAM digits;           // of the number that can be typed
+};
 
 void finish_repeat(HWND hDlg, bool had_memory) {
     if (!had_memory)
@@ -39,7 +40,7 @@ void finish_repeat(HWND hDlg, bool had_memory) {
 }
 
 void add_repeatedly(HWND hDlg) {
-    const unsigned count = edit_number(hDlg, IDC_REPEAT_COUNT);
+    const unsigned count = edit_number(hDlg, IDC_REPEAT_NUMBER);
     if (count > MOST_REPEATS) {
         show_message(hDlg, "Add " + std::to_string(count) + " fields greater than 65535.", "Repeating Add",
                      MESSAGE_ICON::WARNING);
@@ -47,6 +48,21 @@ void add_repeatedly(HWND hDlg) {
     }
     show_hourglass();
     finish_repeat(hDlg, repeat_add(count, control_text(hDlg, IDC_REPEAT_DATA)));
+}
+
+template <bool INSERTS>
+void edit_at_intervals(HWND hDlg) {
+    const unsigned start = edit_number(hDlg, IDC_REPEAT_NUMBER);
+    if (start < 1 || start > record_entry_total) {
+        show_message(hDlg, "Starting with line# " + std::to_string(start) + " out of range.",
+                     "Repeating Delete", MESSAGE_ICON::WARNING); // of both dialogs
+        return;
+    }
+    const LRESULT row = SendDlgItemMessageA(hDlg, IDC_REPEAT_INTERVAL, LB_GETCURSEL, 0, 0);
+    const auto interval = static_cast<std::uint32_t>(std::max<LRESULT>(row, 0)) + 1;
+    show_hourglass();
+    finish_repeat(hDlg, INSERTS ? repeat_insert(start, interval, control_text(hDlg, IDC_REPEAT_DATA))
+                                : repeat_delete(start, interval));
 }
 
 // Where the list counts, but holds no texts, a row is drawn from its number.
@@ -75,48 +91,38 @@ int text_height(HWND hDlg) {
     return metrics.tmHeight;
 }
 
-void open_interval_dialog(HWND hDlg) {
+void open_repeat_dialog(HWND hDlg, const REPEAT_EDIT& edit) {
     center_window(hDlg);
-    HWND list = GetDlgItem(hDlg, IDC_REPEAT_INTERVAL);
-    SendMessageA(list, LB_SETITEMHEIGHT, 0, text_height(hDlg));
-    SendMessageA(list, LB_SETCOUNT, record_entry_total, 0);
-    SendMessageA(list, LB_SETCURSEL, 0, 0);
-    limit_number(hDlg, IDC_REPEAT_START, IDC_REPEAT_START_SPIN, START_LIMIT);
+    install_filter(GetDlgItem(hDlg, IDC_REPEAT_NUMBER), INTPROC);
+    prepare_stepper(hDlg, IDC_REPEAT_NUMBER_SPIN);
+    SendDlgItemMessageA(hDlg, IDC_REPEAT_NUMBER, EM_LIMITTEXT, edit.digits, 0);
+    SetDlgItemInt(hDlg, IDC_REPEAT_NUMBER, 1, FALSE);
     SendDlgItemMessageA(hDlg, IDC_REPEAT_DATA, EM_LIMITTEXT, DATA_LIMIT, 0);
-}
-
-void edit_at_intervals(HWND hDlg, bool inserts) {
-    const unsigned start = edit_number(hDlg, IDC_REPEAT_START);
-    if (start < 1 || start > record_entry_total) {
-        show_message(hDlg, "Starting with line# " + std::to_string(start) + " out of range.",
-                     "Repeating Delete", MESSAGE_ICON::WARNING); // of both dialogs
-        return;
+    if (HWND list = GetDlgItem(hDlg, IDC_REPEAT_INTERVAL)) {
+        SendMessageA(list, LB_SETITEMHEIGHT, 0, text_height(hDlg));
+        SendMessageA(list, LB_SETCOUNT, record_entry_total, 0);
+        SendMessageA(list, LB_SETCURSEL, 0, 0);
     }
-    const LRESULT row = SendDlgItemMessageA(hDlg, IDC_REPEAT_INTERVAL, LB_GETCURSEL, 0, 0);
-    const auto interval = static_cast<std::uint32_t>(std::max<LRESULT>(row, 0)) + 1;
-    show_hourglass();
-    finish_repeat(hDlg, inserts ? repeat_insert(start, interval, control_text(hDlg, IDC_REPEAT_DATA))
-                                : repeat_delete(start, interval));
 }
 
-INT_PTR run_interval_dialog(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam, bool inserts) {
+INT_PTR run_repeat_dialog(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam, const REPEAT_EDIT& edit) {
     switch (message) {
     case WM_INITDIALOG:
-        open_interval_dialog(hDlg);
+        open_repeat_dialog(hDlg, edit);
         return TRUE;
     case WM_DESTROY:
-        remove_filter(GetDlgItem(hDlg, IDC_REPEAT_START));
+        remove_filter(GetDlgItem(hDlg, IDC_REPEAT_NUMBER));
         return TRUE;
     case WM_DRAWITEM:
         draw_interval(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
         return TRUE;
     case WM_NOTIFY:
         if (const int direction = step_direction(lParam); direction != 0)
-            step_edit(hDlg, IDC_REPEAT_START, direction, {1, record_entry_total, true});
+            step_edit(hDlg, IDC_REPEAT_NUMBER, direction, {1, edit.highest, true});
         return FALSE;
     case WM_COMMAND:
         if (LOWORD(wParam) == IDOK)
-            edit_at_intervals(hDlg, inserts);
+            edit.make(hDlg);
         else if (LOWORD(wParam) == IDCANCEL)
             EndDialog(hDlg, 0);
         return TRUE;
@@ -146,12 +152,12 @@ IMPORT_CHOICE& import_choice(HWND hDlg) {
     return *reinterpret_cast<IMPORT_CHOICE*>(GetWindowLongPtrA(hDlg, DWLP_USER));
 }
 
-std::string import_row(const FIELD_DESCRIPTOR& field) {
-    return (field.import_field != 0 ? "\tYes\t" : "\tNo\t") + field.field_name;
-}
-
-void add_row(HWND list, const std::string& row) {
-    SendMessageA(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(row.c_str()));
+void show_columns(HWND hDlg, const IMPORT_CHOICE& choice, std::size_t selected) {
+    std::vector<std::string> rows;
+    for (const FIELD_DESCRIPTOR& field : choice.fields)
+        rows.push_back((field.import_field != 0 ? "\tYes\t" : "\tNo\t") + field.field_name);
+    rows.emplace_back("<End Of Fields>");
+    show_rows(hDlg, IDC_IMPORT_FIELDS, rows, selected, IMPORT_TAB_STOPS);
 }
 
 // Filter for the list of columns. It claims all keys, and gives back to the dialog what it does not need.
@@ -189,29 +195,19 @@ void open_import_dialog(HWND hDlg, const IMPORT_CHOICE& choice) {
     install_filter(list, TOGGLEPROC);
     SendMessageA(list, LB_SETTABSTOPS, std::size(IMPORT_TAB_STOPS),
                  reinterpret_cast<LPARAM>(IMPORT_TAB_STOPS));
-    for (const FIELD_DESCRIPTOR& field : choice.fields)
-        add_row(list, import_row(field));
-    add_row(list, "<End Of Fields>");
-    SendMessageA(list, LB_SETCURSEL, 0, 0);
+    show_columns(hDlg, choice, 0);
     for (const auto& box : IMPORT_BOXES)
-        CheckDlgButton(hDlg, box.control, choice.options.*box.option ? BST_CHECKED : BST_UNCHECKED);
+        tick(hDlg, box.control, choice.options.*box.option);
 }
 
 void toggle_selected_column(HWND hDlg, IMPORT_CHOICE& choice) {
-    HWND list = GetDlgItem(hDlg, IDC_IMPORT_FIELDS);
-    const auto row = static_cast<WPARAM>(SendMessageA(list, LB_GETCURSEL, 0, 0));
+    const auto row =
+        static_cast<std::size_t>(SendDlgItemMessageA(hDlg, IDC_IMPORT_FIELDS, LB_GETCURSEL, 0, 0));
     if (row >= choice.fields.size()) // the end, or none
         return;
     FIELD_DESCRIPTOR& field = choice.fields[row];
     field.import_field = field.import_field == 0 ? 1 : 0;
-    const WPARAM top = static_cast<WPARAM>(SendMessageA(list, LB_GETTOPINDEX, 0, 0));
-    SendMessageA(list, WM_SETREDRAW, FALSE, 0);
-    SendMessageA(list, LB_DELETESTRING, row, 0);
-    SendMessageA(list, LB_INSERTSTRING, row, reinterpret_cast<LPARAM>(import_row(field).c_str()));
-    SendMessageA(list, LB_SETTOPINDEX, top, 0);
-    SendMessageA(list, LB_SETCURSEL, row, 0);
-    SendMessageA(list, WM_SETREDRAW, TRUE, 0);
-    InvalidateRect(list, nullptr, TRUE);
+    show_columns(hDlg, choice, row);
 }
 
 INT_PTR CALLBACK EXTRACTDBASEPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -270,36 +266,17 @@ void show_hourglass() {
 }
 
 INT_PTR CALLBACK REPEATADDPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam) {
-    switch (message) {
-    case WM_INITDIALOG:
-        center_window(hDlg);
-        limit_number(hDlg, IDC_REPEAT_COUNT, IDC_REPEAT_COUNT_SPIN, COUNT_LIMIT);
-        SendDlgItemMessageA(hDlg, IDC_REPEAT_DATA, EM_LIMITTEXT, DATA_LIMIT, 0);
-        return TRUE;
-    case WM_DESTROY:
-        remove_filter(GetDlgItem(hDlg, IDC_REPEAT_COUNT));
-        return TRUE;
-    case WM_NOTIFY:
-        if (const int direction = step_direction(lParam); direction != 0)
-            step_edit(hDlg, IDC_REPEAT_COUNT, direction, {1, MOST_REPEATS, true});
-        return FALSE;
-    case WM_COMMAND:
-        if (LOWORD(wParam) == IDOK)
-            add_repeatedly(hDlg);
-        else if (LOWORD(wParam) == IDCANCEL)
-            EndDialog(hDlg, 0);
-        return TRUE;
-    default:
-        return FALSE;
-    }
+    return run_repeat_dialog(hDlg, message, wParam, lParam, {add_repeatedly, MOST_REPEATS, COUNT_DIGITS});
 }
 
 INT_PTR CALLBACK REPEATINSERTPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam) {
-    return run_interval_dialog(hDlg, message, wParam, lParam, true);
+    return run_repeat_dialog(hDlg, message, wParam, lParam,
+                             {edit_at_intervals<true>, record_entry_total, START_DIGITS});
 }
 
 INT_PTR CALLBACK REPEATDELETEPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam) {
-    return run_interval_dialog(hDlg, message, wParam, lParam, false);
+    return run_repeat_dialog(hDlg, message, wParam, lParam,
+                             {edit_at_intervals<false>, record_entry_total, START_DIGITS});
 }
 
 int choose_lookup_format(WINDOW owner) {

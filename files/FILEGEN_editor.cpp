@@ -26,8 +26,7 @@ struct EDITOR_KIND {
     const char* title;
     const char* name_label;
     const char* records_label;
-    std::span<const FILE_FILTER> open_filters;
-    FILE_FILTER save_filter;
+    std::span<const FILE_FILTER> filters; // the first one for saving too
     const char* extension;
     const char* invalid_text;
     const char* not_saved_text;
@@ -43,9 +42,9 @@ constexpr FILE_FILTER LOOKUP_FILTERS[] = {
     {"Quendal Lookup Files(*.LKP)", "*.lkp"}, {"All Files(*.*)", "*.*"}};
 constexpr EDITOR_KIND EDITOR_KINDS[] = {
     // by file type
-    {"Data File Editor", "Data Filename:", "Data Records", DATA_FILTERS, DATA_FILTERS[0], ".dat",
-     "Invalid Data File!", "Error Saving Data File!", "Data File"},
-    {"Lookup File Editor", "Lookup Filename:", "Lookup Records", LOOKUP_FILTERS, LOOKUP_FILTERS[0], ".lkt",
+    {"Data File Editor", "Data Filename:", "Data Records", DATA_FILTERS, ".dat", "Invalid Data File!",
+     "Error Saving Data File!", "Data File"},
+    {"Lookup File Editor", "Lookup Filename:", "Lookup Records", LOOKUP_FILTERS, ".lkt",
      "Invalid Lookup File!", "Error Saving Lookup File!", "Lookup File"},
 };
 
@@ -128,10 +127,7 @@ void create_file(HWND hDlg, FILE_EDITOR& editor) {
 void open_file(HWND hDlg, FILE_EDITOR& editor) {
     if (!may_overwrite(hDlg))
         return;
-    FILE_DIALOG dialog;
-    dialog.owner = hDlg;
-    dialog.filters = kind_of(editor).open_filters;
-    dialog.directory = &data_directory;
+    FILE_DIALOG dialog{.owner = hDlg, .filters = kind_of(editor).filters, .directory = &data_directory};
     if (!ask_open_name(dialog) || !empty_store(hDlg))
         return;
     show_hourglass();
@@ -158,12 +154,9 @@ bool save_file(HWND hDlg, FILE_EDITOR& editor) {
         leave_line(hDlg, editor.lines);
         return false;
     }
-    FILE_DIALOG dialog;
-    dialog.owner = hDlg;
-    dialog.filters = {&kind.save_filter, 1};
+    FILE_DIALOG dialog{.owner = hDlg, .filters = kind.filters.first(1), .directory = &data_directory};
     if (!sys_file_name.empty())
         dialog.name = sys_file_name + kind.extension;
-    dialog.directory = &data_directory;
     if (!ask_save_name(dialog, kind.extension))
         return false;
     show_hourglass();

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::uint32_t UPDATE_INTERVAL = 1024; // edits between two looks at the progress box
 
-void show_progress(STATUS_BOX* box, std::uint32_t edits, std::int64_t position, std::int64_t size) {
+void show_edits_done(STATUS_BOX* box, std::uint32_t edits, std::int64_t position, std::int64_t size) {
     if (edits % UPDATE_INTERVAL == 0)
         update_status_bar(box, position, size);
 }
@@ -28,7 +28,7 @@ bool repeat_edit(int mode, std::uint32_t start_line, std::uint32_t interval, EDI
     STATUS_BOX* box = open_status_box(mode);
     char* record = goto_record(start_line - 1);
     for (std::uint32_t edits = 0; record != nullptr && *record != END_OF_RECORDS; ++edits) {
-        show_progress(box, edits, start_line + std::int64_t{edits} * interval, lines);
+        show_edits_done(box, edits, start_line + std::int64_t{edits} * interval, lines);
         record = edit(record);
     }
     close_status_box(box);
@@ -42,7 +42,7 @@ bool repeat_add(std::uint32_t count, std::string_view text) {
     std::uint32_t added = 0;
     for (; added < count && add_record_entry(text) != 0; ++added) {
         ++record_entry_total;
-        show_progress(box, added, added, count);
+        show_edits_done(box, added, added, count);
     }
     close_status_box(box);
     return added == count;

@@ -1,7 +1,6 @@
 // Opening and saving for the editor: which kind of file it is, who reads it, and in which form it is saved.
 #include "files/FILEGEN.h"
 
-#include "app/checksum.h"
 #include "app/desktop.h"
 #include "app/files.h"
 #include "app/paths.h"
@@ -20,7 +19,6 @@ std::string data_program_name;
 namespace {
 
 constexpr char OPEN_CAPTION[] = "Open File";
-constexpr char CANNOT_OPEN[] = "Cannot Open File!";
 constexpr std::size_t QUENDAL_MARK_OFFSET = 2;
 constexpr char QUENDAL_MARK = '{';
 constexpr std::size_t FILE_START_SIZE = 5; // bytes of length word and type byte
@@ -31,8 +29,8 @@ char own_text_letter(int file_type) {
     return file_type == DATA_FILE_EDITED ? 'D' : 'L';
 }
 
-char fold(char c) {
-    return static_cast<char>(fold_type(static_cast<std::uint8_t>(c)));
+std::uint8_t fold(char c) {
+    return fold_type(static_cast<std::uint8_t>(c));
 }
 
 // The portable's own text form says on its first line what it is.
@@ -47,15 +45,14 @@ bool is_text_character(char c) {
 
 // A file with the type byte of a system file ends where its length word says, but for NULs behind it; else it
 // is the first member of a library. Program and setup files do not count their checksum.
-EDIT_FILE recognise_by_length(const TEXT_SOURCE& source, char type) {
+EDIT_FILE recognise_by_length(const TEXT_SOURCE& source, std::uint8_t type) {
     BYTE_READER reader{source.rest};
-    const std::uint64_t length = read_long(reader);
-    const std::uint64_t end = type == LOOKUP_FILE_TYPE ? length : length + CHECKSUM_SIZE;
-    if (end == source.size)
+    const std::int64_t end = size_by_length(read_long(reader), type);
+    const auto size = static_cast<std::int64_t>(source.size);
+    if (end == size)
         return EDIT_FILE::LOOKUP_SYSTEM;
-    if (end < source.size) {
-        const bool padded =
-            seek_file(source.file, static_cast<std::int64_t>(end)) && is_null_padded(source.file) == 1;
+    if (end < size) {
+        const bool padded = seek_file(source.file, end) && is_null_padded(source.file) == 1;
         return padded ? EDIT_FILE::LOOKUP_SYSTEM : EDIT_FILE::LIBRARY;
     }
     // A text may well have such a letter there, which makes its first characters an absurd length.
@@ -74,8 +71,8 @@ EDIT_FILE recognise(const TEXT_SOURCE& source, int file_type) {
     if (file_type == DATA_FILE_EDITED)
         return EDIT_FILE::FREE_TEXT;
     const bool marked = bytes.size() > QUENDAL_MARK_OFFSET && bytes[QUENDAL_MARK_OFFSET] == QUENDAL_MARK;
-    const char type = bytes.size() >= FILE_START_SIZE ? fold(bytes[FILE_START_SIZE - 1]) : '\0';
-    if (type != LOOKUP_FILE_TYPE && (marked || !is_library_member_type(static_cast<std::uint8_t>(type))))
+    const std::uint8_t type = bytes.size() >= FILE_START_SIZE ? fold(bytes[FILE_START_SIZE - 1]) : 0;
+    if (type != LOOKUP_FILE_TYPE && (marked || !is_library_member_type(type)))
         return marked ? EDIT_FILE::QUENDAL : EDIT_FILE::FREE_TEXT;
     const EDIT_FILE kind = recognise_by_length(source, type);
     // With the mark it is taken for one file, as a length may hold that byte too.
@@ -106,23 +103,20 @@ std::int64_t read_own_text(WINDOW owner, TEXT_SOURCE& source, int file_type) {
     return read_tolvan_ascii_file(owner, source);
 }
 
-std::int64_t import(WINDOW owner, TEXT_SOURCE& source, const std::string& file_name,
-                    std::int64_t (*read)(WINDOW owner, TEXT_SOURCE& source)) {
-    set_name_from_path(file_name);
-    return read(owner, source);
-}
-
 std::int64_t refuse_open(WINDOW owner) {
-    show_message(owner, CANNOT_OPEN, OPEN_CAPTION, MESSAGE_ICON::WARNING);
+    show_message(owner, "Cannot Open File!", OPEN_CAPTION, MESSAGE_ICON::WARNING);
     return 0;
 }
 
 std::int64_t read_recognised(WINDOW owner, const std::string& file_name, TEXT_SOURCE& source, int file_type,
                              EDIT_FILE kind) {
-    if (kind == EDIT_FILE::DBASE)
-        return import(owner, source, file_name, read_dbase_file);
-    data_program_name.clear();
+    if (kind == EDIT_FILE::DBASE || kind == EDIT_FILE::FREE_TEXT) // which hold no name of their own
+        set_name_from_path(file_name);
+    if (kind != EDIT_FILE::DBASE)
+        data_program_name.clear();
     switch (kind) {
+    case EDIT_FILE::DBASE:
+        return read_dbase_file(owner, source);
     case EDIT_FILE::OWN_TEXT:
         return read_own_text(owner, source, file_type);
     case EDIT_FILE::LOOKUP_SYSTEM:
@@ -133,11 +127,12 @@ std::int64_t read_recognised(WINDOW owner, const std::string& file_name, TEXT_SO
     case EDIT_FILE::QUENDAL:
         return read_quendal_lookup_sys_file(file_name);
     default:
-        return import(owner, source, file_name, read_text_ascii_file);
+        return read_text_ascii_file(owner, source);
     }
 }
 
-// What could be read of a failing disk is not the file: it is not shown as if it were.
+// What could be read of a failing disk is not the file: it is not shown as if it were. Only the import of
+// text keeps the rows before the failure, which it has reported.
 std::int64_t read_whole_or_nothing(WINDOW owner, const std::string& file_name, int file_type) {
     const FILE_HANDLE file = open_file(file_name, "rb");
     if (!file)
@@ -149,7 +144,7 @@ std::int64_t read_whole_or_nothing(WINDOW owner, const std::string& file_name, i
     const EDIT_FILE kind = recognise(source, file_type);
     rewind_source(source);
     const std::int64_t result = read_recognised(owner, file_name, source, file_type, kind);
-    return source.failed ? refuse_open(owner) : result;
+    return source.failed && kind != EDIT_FILE::FREE_TEXT ? refuse_open(owner) : result;
 }
 
 void report_changed_records(WINDOW owner) {
@@ -187,10 +182,10 @@ std::int64_t read_edit_file(WINDOW owner, const std::string& file_name, int file
     } catch (const std::bad_alloc&) {
         result = report_out_of_memory(owner);
     }
-    if (changed_records > 0)
-        report_changed_records(owner);
     if (result == 0) // what a damaged file began with is not kept
         free_memchunks();
+    else if (changed_records > 0)
+        report_changed_records(owner);
     return result;
 }
 

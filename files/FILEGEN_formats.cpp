@@ -26,41 +26,29 @@
 namespace {
 
 constexpr std::size_t PROGRESS_STEP = std::size_t{64} << 10; // bytes between two updates of the progress box
-
-constexpr std::size_t PIECE_SIZE = std::size_t{64} << 10; // bytes that a source reads at once
+constexpr std::size_t PIECE_SIZE = std::size_t{64} << 10;    // bytes that a source reads at once
 
 constexpr std::string_view LINE_END = "\r\n";
 constexpr std::size_t RECORD_COUNT_OFFSET = 16;
 constexpr std::uint8_t RECORD_MARKER = 0xFF;
 constexpr std::size_t LONGEST_SYSTEM_RECORD = 255; // characters: the length is one byte
+constexpr std::uint64_t LONGEST_SYSTEM_FILE = std::numeric_limits<std::uint32_t>::max(); // bytes
 
-enum class LOADED { ALL, TOO_SHORT, OUT_OF_MEMORY };
-
-LOADED load_lines(TEXT_SOURCE& source, std::int64_t* count) {
-    PROGRESS progress{{open_status_box(STATUS_READ_TEXT), {}}, source.size};
-    std::string_view line;
-    for (*count = 0; read_line(source, line, LINE_LIMIT) == 1; ++*count) {
-        if (add_record_entry(line) == 0)
-            return LOADED::OUT_OF_MEMORY;
-        show_progress(progress, source.position);
-    }
-    return LOADED::ALL;
-}
-
-// The header's count drives the loop: what a block transfer pads a file with makes no records.
-LOADED load_system_records(BYTE_READER& reader, std::uint32_t count) {
+// The header's count drives the loop: what a block transfer pads a file with makes no records. 1; 0 when the
+// file ends too early; -1 when memory ran out (reported).
+int load_system_records(WINDOW owner, BYTE_READER& reader, std::uint32_t count) {
     PROGRESS progress{{open_status_box(STATUS_READ_LOOKUP), {}}, reader.bytes.size()};
     for (std::uint32_t done = 0; done < count; ++done) {
         read_byte(reader); // the marker
         read_byte(reader); // the record's checksum: that of the file covers it
         const std::string_view text = read_block(reader, read_byte(reader));
         if (reader.past_end)
-            return LOADED::TOO_SHORT;
+            return 0;
         if (add_record_entry(text) == 0)
-            return LOADED::OUT_OF_MEMORY;
+            return report_out_of_memory(owner);
         show_progress(progress, reader.position);
     }
-    return LOADED::ALL;
+    return 1;
 }
 
 void append_system_record(std::string& image, std::string_view text) {
@@ -136,17 +124,17 @@ std::string_view take_bytes(TEXT_SOURCE& source, std::size_t size) {
 
 int read_line(TEXT_SOURCE& source, std::string_view& input_str, std::size_t str_size) {
     fill_source(source, str_size + 2); // with its line end
-    const std::string_view rest = source.rest;
-    if (rest.empty())
+    const std::string_view bytes = source.rest;
+    if (bytes.empty())
         return 0;
-    std::string_view line = rest.substr(0, str_size);
+    std::string_view line = bytes.substr(0, str_size);
     line = line.substr(0, line.find('\n'));
     line = line.substr(0, line.find('\r'));
     input_str = line;
     std::size_t taken = line.size();
     // A full line leaves the line end behind it to the next call.
     if (line.size() < str_size)
-        while (taken < std::min(rest.size(), line.size() + 2) && is_line_end(rest[taken]))
+        while (taken < std::min(bytes.size(), line.size() + 2) && is_line_end(bytes[taken]))
             ++taken;
     take_bytes(source, taken);
     return 1;
@@ -171,9 +159,13 @@ void show_progress(PROGRESS& progress, std::size_t position) {
 }
 
 std::int64_t read_tolvan_ascii_file(WINDOW owner, TEXT_SOURCE& source) {
+    PROGRESS progress{{open_status_box(STATUS_READ_TEXT), {}}, source.size};
     std::int64_t count = 0;
-    if (load_lines(source, &count) == LOADED::OUT_OF_MEMORY)
-        return report_out_of_memory(owner);
+    for (std::string_view line; read_line(source, line, LINE_LIMIT) == 1; ++count) {
+        if (add_record_entry(line) == 0)
+            return report_out_of_memory(owner);
+        show_progress(progress, source.position);
+    }
     return count;
 }
 
@@ -197,14 +189,9 @@ std::int64_t read_lookup_sys_file(WINDOW owner, std::FILE* hfile) {
     if (reader.past_end)
         return 0;
     sys_file_name = name.substr(0, std::min(name.find('\0'), FILE_NAME_LIMIT));
-    switch (load_system_records(reader, count)) {
-    case LOADED::TOO_SHORT:
-        return 0;
-    case LOADED::OUT_OF_MEMORY:
-        return report_out_of_memory(owner);
-    case LOADED::ALL:
-        break;
-    }
+    const int loaded = load_system_records(owner, reader, count);
+    if (loaded != 1)
+        return loaded;
     if (!isvalid_checksum(hfile, LOOKUP_CHECKSUM)) {
         show_message(owner, "Invalid Checksum in Lookup File!", "Invalid Checksum", MESSAGE_ICON::WARNING);
         return -1;
@@ -225,8 +212,7 @@ int write_lookup_sys_file(WINDOW owner, const std::string& file_name) {
     std::uint32_t count = 0;
     if (!append_system_records(image, &count))
         return refuse_line(owner, count + 1);
-    if (std::uint64_t{image.size()} >
-        std::numeric_limits<std::uint32_t>::max()) // more than the length can tell
+    if (std::uint64_t{image.size()} > LONGEST_SYSTEM_FILE)
         return -1;
     put_long(image, 0, static_cast<std::uint32_t>(image.size()));
     put_long(image, RECORD_COUNT_OFFSET, count);

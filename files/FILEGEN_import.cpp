@@ -22,23 +22,25 @@ void show_warning(WINDOW owner, const char* text, const char* caption = "Open Fi
     show_message(owner, text, caption, MESSAGE_ICON::WARNING);
 }
 
-void strip_lead(std::string_view& value, char character) {
-    while (value.starts_with(character))
-        value.remove_prefix(1);
+void strip_lead_space(std::string_view& value) {
+    value.remove_prefix(std::min(value.find_first_not_of(' '), value.size()));
 }
 
-void strip_trail(std::string_view& value, char character) {
-    while (value.ends_with(character))
-        value.remove_suffix(1);
+void strip_trail_space(std::string_view& value) {
+    value = value.substr(0, value.find_last_not_of(' ') + 1);
+}
+
+void strip_zero(std::string_view& value) {
+    value.remove_prefix(std::min(value.find_first_not_of('0'), value.size()));
 }
 
 std::string_view clean_value(std::string_view value, const IMPORT_OPTIONS& options) {
     if (options.strip_lead_spaces)
-        strip_lead(value, ' ');
+        strip_lead_space(value);
     if (options.strip_trail_spaces)
-        strip_trail(value, ' ');
+        strip_trail_space(value);
     if (options.strip_zeroes)
-        strip_lead(value, '0');
+        strip_zero(value);
     return options.strip_trunc ? value.substr(0, TRUNCATED_VALUE) : value;
 }
 
@@ -60,10 +62,6 @@ constexpr unsigned char PRINTABLE_RANGE = '~' - ' ';
 // Above PRINTABLE_RANGE when the character is not printable.
 unsigned char place_in_range(char character) {
     return static_cast<unsigned char>(character - ' ');
-}
-
-bool is_unprintable(char character) {
-    return place_in_range(character) > PRINTABLE_RANGE;
 }
 
 // Looks at all characters, so that the compiler can take many at a time.
@@ -183,8 +181,8 @@ bool read_dbase_fields(TEXT_SOURCE& source, std::vector<FIELD_DESCRIPTOR>& field
 }
 
 // Takes the bytes of the next row that is not deleted, without its status. False when there is none.
-bool take_dbase_row(TEXT_SOURCE& source, std::size_t row_size, std::size_t dbase_record_length,
-                    std::string_view& bytes) {
+bool read_dbase_record(TEXT_SOURCE& source, std::size_t row_size, std::size_t dbase_record_length,
+                       std::string_view& bytes) {
     for (;;) {
         fill_source(source, std::max(row_size, dbase_record_length) + 1);
         const std::string_view status = take_bytes(source, 1);
@@ -226,7 +224,7 @@ std::int64_t import_dbase(WINDOW owner, TEXT_SOURCE& source) {
     std::string_view bytes;
     ROW row;
     return add_rows(owner, source, fields, options, row, [&] {
-        if (!take_dbase_row(source, row_size, table->dbase_record_length, bytes))
+        if (!read_dbase_record(source, row_size, table->dbase_record_length, bytes))
             return false;
         split_dbase_row(bytes, fields, row);
         return true;
@@ -245,14 +243,22 @@ int blank_line(std::string_view str) {
     return str.find_first_not_of(' ') == std::string_view::npos ? 1 : 0;
 }
 
+// Copies what is printable; `dest` may be where it is copied from. Returns the new length.
+std::size_t filter_ascii_string(char* dest, std::string_view source) {
+    std::size_t length = 0;
+    for (const char character : source)
+        if (place_in_range(character) <= PRINTABLE_RANGE)
+            dest[length++] = character;
+    return length;
+}
+
 // Takes what is not printable out of the values, which lie in `line`. The row's very first character stays
 // whatever it is.
 void filter_values(std::string& line, std::vector<std::string_view>& values) {
     for (std::string_view& value : values) {
         const std::size_t kept = &value == &values.front() && !value.empty() ? 1 : 0;
-        char* const begin = line.data() + (value.data() - line.data());
-        char* const end = std::remove_if(begin + kept, begin + value.size(), is_unprintable);
-        value = {begin, end};
+        char* const place = line.data() + (value.data() - line.data()) + kept;
+        value = value.substr(0, kept + filter_ascii_string(place, value.substr(kept)));
     }
 }
 
@@ -261,7 +267,7 @@ bool character_at(std::string_view line, std::size_t index, char character) {
 }
 
 // What the values of a row take up in its buffer, each with a NUL behind it.
-std::size_t row_size(const std::vector<std::string_view>& values) {
+std::size_t size_in_buffer(const std::vector<std::string_view>& values) {
     std::size_t size = values.size();
     for (const std::string_view value : values)
         size += value.size();
@@ -272,7 +278,12 @@ std::size_t row_size(const std::vector<std::string_view>& values) {
 int read_text_ascii_record(WINDOW owner, TEXT_SOURCE& source, std::string& copy, ROW& row) {
     std::string_view line;
     do {
-        if (read_line(source, line, ASCII_RECORD_LIMIT) == 0)
+        const bool at_end = read_line(source, line, ASCII_RECORD_LIMIT) == 0;
+        if (source.failed) {
+            show_warning(owner, "Unexpected Error in ASCII File.");
+            return ROW_REFUSED;
+        }
+        if (at_end)
             return NO_MORE_ROWS;
         if (line.size() == ASCII_RECORD_LIMIT && !source.rest.empty() && !is_line_end(source.rest.front())) {
             show_warning(owner, "ASCII file contains lines greater than 1024 chars long");
@@ -289,7 +300,7 @@ int read_text_ascii_record(WINDOW owner, TEXT_SOURCE& source, std::string& copy,
     if (!row.printable)
         filter_values(copy, row.values);
     // A row takes up a NUL more than its line has characters, at most.
-    if (line.size() < ASCII_RECORD_LIMIT || row_size(row.values) <= ASCII_RECORD_LIMIT)
+    if (line.size() < ASCII_RECORD_LIMIT || size_in_buffer(row.values) <= ASCII_RECORD_LIMIT)
         return ROW_READ;
     show_warning(owner, "Conversion Error - Fields could not fit into buffer.");
     return ROW_REFUSED;

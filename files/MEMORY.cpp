@@ -22,7 +22,7 @@ std::list<MEMCHUNK> allocate_chunks(std::size_t count) {
     try {
         std::list<MEMCHUNK> fresh(count);
         for (auto& chunk : fresh)
-            chunk.data = std::make_unique_for_overwrite<char[]>(MEMCHUNK_SIZE);
+            chunk.data = std::make_unique<char[]>(MEMCHUNK_SIZE);
         return fresh;
     } catch (const std::bad_alloc&) {
         return {};
@@ -31,6 +31,11 @@ std::list<MEMCHUNK> allocate_chunks(std::size_t count) {
 
 void set_marker(std::list<MEMCHUNK>::iterator chunk) {
     chunk->data[chunk->used] = std::next(chunk) == memchunks.end() ? END_OF_RECORDS : MORE_RECORDS;
+}
+
+// Forward, byte by byte: the source may overlap the destination from above.
+void mc(char* destination, const char* source, std::size_t count) {
+    std::copy(source, source + count, destination);
 }
 
 char* make_current(std::list<MEMCHUNK>::iterator chunk) {
@@ -45,10 +50,10 @@ std::uint32_t count_records(const char* from, const char* to) {
 // Moves the records of `from` that start at `offset` to the empty chunk `to`, behind a gap.
 void move_records(MEMCHUNK& from, std::size_t offset, MEMCHUNK& to, std::size_t gap) {
     const char* first = from.data.get() + offset;
-    const char* end = from.data.get() + from.used;
-    const std::uint32_t moved = count_records(first, end);
-    std::copy(first, end, to.data.get() + gap);
-    to.used = gap + from.used - offset;
+    const std::size_t size = from.used - offset;
+    const std::uint32_t moved = count_records(first, first + size);
+    mc(to.data.get() + gap, first, size);
+    to.used = gap + size;
     to.records = moved;
     from.used = offset;
     from.records -= moved;
@@ -97,15 +102,23 @@ char* close_gap(char* place, std::size_t length) {
     const auto chunk = current_memchunk;
     char* const gap = place - length;
     chunk->records -= count_records(gap, place);
-    std::memmove(gap, place, static_cast<std::size_t>(chunk->data.get() + chunk->used + 1 - place));
+    mc(gap, place, static_cast<std::size_t>(chunk->data.get() + chunk->used + 1 - place));
     chunk->used -= length;
     if (*gap != MORE_RECORDS)
         return gap;
     return make_current(chunk->used == 0 ? memchunks.erase(chunk) : std::next(chunk));
 }
 
+// For a new record, which is to be written there at once. nullptr when there is no room for it.
+char* open_record_gap(char* place, std::size_t size) {
+    char* gap = open_gap(place, size, 0);
+    if (gap != nullptr)
+        ++current_memchunk->records;
+    return gap;
+}
+
 std::string_view holdable_part(std::string_view text) {
-    return text.substr(0, std::min(text.find('\0'), LONGEST_RECORD));
+    return text.substr(0, text.find('\0'));
 }
 
 // Writes the holdable part of `text` into its place and notes whether that is less than all of it.
@@ -131,7 +144,7 @@ char* append_gap(std::size_t size) {
         return nullptr;
     MEMCHUNK& last = *current_memchunk;
     if (last.used + size + 1 >= MEMCHUNK_SIZE)
-        return mem_shift(end, static_cast<int>(size));
+        return open_record_gap(end, size);
     end[size] = END_OF_RECORDS;
     last.used += size;
     ++last.records;
@@ -197,10 +210,7 @@ std::uint32_t record_count() {
 char* mem_shift(char* place, int shift) {
     if (shift <= 0)
         return shift == 0 ? place : close_gap(place, static_cast<std::size_t>(-shift));
-    char* gap = open_gap(place, static_cast<std::size_t>(shift), 0);
-    if (gap != nullptr)
-        ++current_memchunk->records;
-    return gap;
+    return open_record_gap(place, static_cast<std::size_t>(shift));
 }
 
 int add_record_entry(std::string_view text) {
@@ -239,7 +249,7 @@ std::size_t add_printable_entries(std::span<const std::string_view> texts) {
 
 char* insert_record_entry(char* record, std::string_view text) {
     const auto part = holdable_part(text);
-    char* gap = mem_shift(record, static_cast<int>(part.size()) + 1);
+    char* gap = open_record_gap(record, part.size() + 1);
     if (gap != nullptr)
         write_record(gap, part, text);
     return gap;

@@ -18,7 +18,7 @@
 inline constexpr std::size_t MEMCHUNK_SIZE = 32768; // bytes
 inline constexpr char MORE_RECORDS = '\xFE';
 inline constexpr char END_OF_RECORDS = '\xFF';
-// Characters of a record: a NUL and the marker follow, and a gap is opened only below the chunk's size.
+// Characters: a NUL and the marker follow, and a gap is opened only below the chunk's size.
 inline constexpr std::size_t LONGEST_RECORD = MEMCHUNK_SIZE - 3;
 
 struct MEMCHUNK {
@@ -50,9 +50,10 @@ std::uint32_t record_count(); // of the whole store, without walking the records
 // the removed bytes; nullptr, and nothing has changed, when memory is exhausted or no chunk can hold the gap.
 char* mem_shift(char* place, int shift);
 
-// What the store cannot hold as it is (a byte above 0xFD, a text that is too long or holds a NUL) it changes:
-// such bytes become '?', the rest is cut off. changed_records counts the texts changed so since it was
-// cleared; the readers tell the operator. A text must not lie in the store itself.
+// A text that is longer than LONGEST_RECORD is refused as if memory were exhausted. What else the store
+// cannot hold as it is it changes: a byte above 0xFD becomes '?', from a NUL on a text is cut off.
+// changed_records counts the texts changed so since it was cleared; the readers tell the operator. A text
+// must not lie in the store itself.
 extern std::uint32_t changed_records;
 int add_record_entry(std::string_view text); // behind the last; 1, or 0 when memory is exhausted
 // The same for texts of printable characters alone, unchecked. How many were appended before memory ran out.

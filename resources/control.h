@@ -368,12 +368,10 @@
 #define IDC_MON_CHOICE 1921 // the first of eight
 
 // Repetitive edits
-#define IDC_REPEAT_COUNT 1861
-#define IDC_REPEAT_COUNT_SPIN 1862
+#define IDC_REPEAT_NUMBER 1861 // how many, or the start line
+#define IDC_REPEAT_NUMBER_SPIN 1862
 #define IDC_REPEAT_INTERVAL 1863
-#define IDC_REPEAT_START 1864
-#define IDC_REPEAT_START_SPIN 1865
-#define IDC_REPEAT_DATA 1866
+#define IDC_REPEAT_DATA 1864
 
 // Translate Database File; its Translate button is IDOK
 #define IDC_IMPORT_FIELDS 1871

@@ -75,7 +75,6 @@ TEST(parse_buffer, splits_as_the_rules_say) {
 }
 
 TEST_F(IMPORT_TEST, of_text) {
-    expect_import("Name,Code\nA,1\nB,2", "Name|Code", "ny", 3, "Code|1|2|");
     expect_import("\n \r\n\ra,b\n\n  \n\rc\n\nd,e,f\n\n   ", "a|b", "yy", 6, "a|b|c||d|e|");
     expect_import("a\0,\0b\0\r\0\n\0c\0\r\0\n\0"s, "a|b", "yy", 4, "a|b|c||");
     expect_import("\1\1x,\1y\xE4~\n\"\1\1x\",\1\n,\1x\n\xFF\xFE,\xE4\n", "\1x|y~", "yy", 8,
@@ -102,6 +101,10 @@ TEST_F(IMPORT_TEST, of_text_with_faults) {
         expect_warning(text, "Open File");
         expect_import(bytes, "a", records.empty() ? "-" : "y", std::ssize(records) / 2, records);
     }
+    const FILE_HANDLE unreadable = open_file(path(""), "rb"); // a folder opens, but it cannot be read
+    TEXT_SOURCE source = open_source(unreadable.get());
+    expect_warning("Unexpected Error in ASCII File.", "Open File");
+    EXPECT_EQ(read_text_ascii_file(nullptr, source), 0);
 }
 
 TEST_F(IMPORT_TEST, of_dbase) {

@@ -2,9 +2,8 @@
 
 #include "files/FILEGEN.h"
 #include "files/MEMORY.h"
+#include "tests/desktop_script.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <deque>
 
 namespace {
@@ -17,18 +16,12 @@ std::deque<int> formats;
 std::deque<IMPORT_ANSWER> imports;
 
 template <typename ANSWER>
-ANSWER next_answer(std::deque<ANSWER>& answers, const char* question) {
-    if (answers.empty()) {
-        std::fprintf(stderr, "a question that was not announced: %s\n", question);
-        std::abort();
-    }
+ANSWER next_answer(std::deque<ANSWER>& answers) {
+    if (answers.empty())
+        stop_test("a question that was not announced");
     const ANSWER answer = answers.front();
     answers.pop_front();
     return answer;
-}
-
-std::string without_padding(const std::string& name) {
-    return name.substr(0, name.find_last_not_of(' ') + 1);
 }
 
 } // namespace
@@ -47,20 +40,19 @@ bool filegen_questions_asked() {
 }
 
 int choose_lookup_format(WINDOW) {
-    return next_answer(formats, "lookup format");
+    return next_answer(formats);
 }
 
 bool choose_import_fields(WINDOW, std::vector<FIELD_DESCRIPTOR>& fields, IMPORT_OPTIONS& options) {
-    const IMPORT_ANSWER answer = next_answer(imports, "import fields");
+    const IMPORT_ANSWER answer = next_answer(imports);
     std::string names;
-    for (const FIELD_DESCRIPTOR& field : fields)
-        names += (names.empty() ? "" : "|") + without_padding(field.field_name);
-    if (names != answer.names) {
-        std::fprintf(stderr, "columns offered: %s instead of %s\n", names.c_str(), answer.names.c_str());
-        std::abort();
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        const std::string& name = fields[i].field_name; // padded
+        names += (i == 0 ? "" : "|") + name.substr(0, name.find_last_not_of(' ') + 1);
+        fields[i].import_field = i < answer.columns.size() && answer.columns[i] == 'y';
     }
-    for (std::size_t i = 0; i < answer.columns.size(); ++i)
-        fields[i].import_field = answer.columns[i] == 'y';
+    if (names != answer.names)
+        stop_test("columns offered: " + names + " instead of " + answer.names);
     options = answer.options;
     return !answer.columns.empty();
 }
