@@ -113,8 +113,8 @@ int send_byte(WINDOW screen, LINE* port, std::uint8_t byte, const SEND_RULE& rul
     }
 }
 
-LINE_WRITE write_direct(LINE* port, std::uint8_t byte) {
+void write_direct(LINE* port, std::uint8_t byte) {
     clear_line_error(port, nullptr);
     active_at = tick_count();
-    return write_line_byte(port, byte);
+    write_line_byte(port, byte);
 }

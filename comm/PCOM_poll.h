@@ -15,8 +15,7 @@ int poll_byte(WINDOW screen, LINE* port, std::optional<std::uint8_t>& byte);
 
 struct SEND_RULE {
     bool (*allows)(const LINE_STATUS& status); // what must hold on an errorless line before a byte may go out
-    bool repeats; // a byte that does not go out within the write limit is tried again, else the line has
-                  // failed
+    bool repeats; // tries again when the write limit has passed; else the line has failed
 };
 
 // Polls until `rule` lets the byte out and it has gone. TRANSFER_COMPLETED, TRANSFER_NO_CARRIER,
@@ -24,8 +23,8 @@ struct SEND_RULE {
 int send_byte(WINDOW screen, LINE* port, std::uint8_t byte, const SEND_RULE& rule);
 
 // Clears the line's errors and writes the byte once, without regard to flow control, carrier or cancel: for
-// requests that are repeated anyway and for the last byte of a transfer.
-LINE_WRITE write_direct(LINE* port, std::uint8_t byte);
+// requests that are repeated anyway and for a last byte that nothing depends on.
+void write_direct(LINE* port, std::uint8_t byte);
 
 // Gives the processor away when no byte has come or gone for a while.
 void rest_when_silent();

@@ -144,14 +144,12 @@ int send_blocks(SENDER& sender, std::FILE* file) {
     }
 }
 
-// Tells the receiver and the screen how the transfer ended. Returns the final TRANSFER_RESULT.
+// Tells the receiver and the screen how the transfer ended. Returns the final TRANSFER_RESULT. A receiver
+// that never sees the EOT has not got the file: the byte waits like every other until the line takes it.
 int end_sending(SENDER& sender, int result) {
+    if (result == TRANSFER_COMPLETED)
+        result = send_byte(sender.screen, sender.port, EOT, XMODEM_RULE);
     switch (result) {
-    case TRANSFER_COMPLETED:
-        if (write_direct(sender.port, EOT) != LINE_WRITE::FAILED)
-            break;
-        result = TRANSFER_LINE_FAILED;
-        [[fallthrough]];
     case TRANSFER_LINE_FAILED:
         show_counter(sender.screen, COUNTER::STATUS, "Error");
         break;

@@ -291,7 +291,7 @@ TEST_F(CommXmodem, CancelAndALostCarrierAtEachPoll) {
     }
 }
 
-// Only the last byte of XMODEM, which nobody answers, is not repeated.
+// Only the last byte of a receiver is not repeated.
 TEST_F(CommXmodem, XmodemRepeatsAWriteOfNothingAndAFailedOneEndsTheTransfer) {
     for (const ROUTINE& routine : {ROUTINES[0], ROUTINES[1], ROUTINES[2]}) {
         SCOPED_TRACE(routine.name);
@@ -308,8 +308,8 @@ TEST_F(CommXmodem, XmodemRepeatsAWriteOfNothingAndAFailedOneEndsTheTransfer) {
                 };
                 const int result = routine.run(nullptr, &port, FILE_NAME);
                 const bool is_ascii = routine.run == ascii_send_file;
-                const bool is_last = !is_ascii && at == whole.size() - 1;
-                const bool fails = is_ascii || (fault == LINE_WRITE::FAILED && !(is_receive && is_last));
+                const bool is_last = is_receive && at == whole.size() - 1;
+                const bool fails = is_ascii || (fault == LINE_WRITE::FAILED && !is_last);
                 ASSERT_EQ(result, fails ? TRANSFER_LINE_FAILED : TRANSFER_COMPLETED) << at;
                 ASSERT_EQ(line_record.sent, fails || is_last ? whole.substr(0, at) : whole) << at;
                 ASSERT_EQ(line_record.counters[COUNTER::STATUS] == "Error",
