@@ -43,7 +43,7 @@ TEST_F(CommSettings, ThePortIsOpenedAsSet) {
         EXPECT_EQ(opened.mode, mode);
         EXPECT_EQ(opened.baudrate, 110);
         EXPECT_TRUE(opened.xon_limit == 256 && opened.xoff_limit == 256 && opened.write_limit == 2000);
-        EXPECT_FALSE(opened.output_xon_xoff || opened.input_xon_xoff);
+        EXPECT_FALSE(opened.input_xon_xoff);
         EXPECT_EQ(opened.rts_cts, flow_control == FLOW_RTS_CTS);
     }
 }
