@@ -13,14 +13,15 @@ constexpr std::uint32_t MODEM_DRAIN = 40000;       // ms for the modem to pass o
 constexpr std::uint32_t SILENCE_AT_END = 5000;     // ms
 constexpr std::uint32_t OUTPUT_QUEUE_LIMIT = 1024; // bytes
 
-bool ascii_rule(const LINE_STATUS& status) {
+bool is_ascii_allowed(const LINE_STATUS& status) {
     return !status.cts_hold && status.output_queue <= OUTPUT_QUEUE_LIMIT;
 }
+constexpr SEND_RULE ASCII_RULE = {is_ascii_allowed, false};
 
 int send_bytes(WINDOW screen, LINE* port, std::FILE* file) {
     std::uint64_t count = 0;
     for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) {
-        const int result = send_byte(screen, port, static_cast<std::uint8_t>(c), ascii_rule);
+        const int result = send_byte(screen, port, static_cast<std::uint8_t>(c), ASCII_RULE);
         if (result != TRANSFER_COMPLETED)
             return result;
         show_counter(screen, COUNTER::BYTES_DONE, std::to_string(++count));

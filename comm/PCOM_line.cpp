@@ -77,10 +77,6 @@ void rest_when_silent() {
         rest();
 }
 
-bool always_allowed(const LINE_STATUS&) {
-    return true;
-}
-
 int poll_byte(WINDOW screen, LINE* port, std::optional<std::uint8_t>& byte) {
     byte.reset();
     const std::uint32_t errors = clear_line_error(port, nullptr);
@@ -96,7 +92,7 @@ int poll_byte(WINDOW screen, LINE* port, std::optional<std::uint8_t>& byte) {
     return TRANSFER_COMPLETED;
 }
 
-int send_byte(WINDOW screen, LINE* port, std::uint8_t byte, SEND_RULE rule) {
+int send_byte(WINDOW screen, LINE* port, std::uint8_t byte, const SEND_RULE& rule) {
     for (;;) {
         LINE_STATUS status = {};
         const std::uint32_t errors = clear_line_error(port, &status);
@@ -104,21 +100,21 @@ int send_byte(WINDOW screen, LINE* port, std::uint8_t byte, SEND_RULE rule) {
             return TRANSFER_NO_CARRIER;
         if (is_cancel_button_pressed(screen))
             return TRANSFER_CANCELLED;
-        if (errors == 0 && rule(status)) {
+        if (errors == 0 && rule.allows(status)) {
             const LINE_WRITE written = write_line_byte(port, byte);
-            if (written == LINE_WRITE::FAILED)
-                return TRANSFER_LINE_FAILED;
             if (written == LINE_WRITE::DONE) {
                 active_at = tick_count();
                 return TRANSFER_COMPLETED;
             }
+            if (written == LINE_WRITE::FAILED || !rule.repeats)
+                return TRANSFER_LINE_FAILED;
         }
         rest_when_silent();
     }
 }
 
-LINE_WRITE write_direct(LINE* port, std::uint8_t byte) {
+void write_direct(LINE* port, std::uint8_t byte) {
     clear_line_error(port, nullptr);
     active_at = tick_count();
-    return write_line_byte(port, byte);
+    write_line_byte(port, byte);
 }

@@ -47,5 +47,5 @@ void note_receive_end(std::uint64_t size) {
     if (!auto_receive_flag)
         return;
     get_autoreceive_stop();
-    log_entry.size = log_size(size);
+    log_entry.size = std::to_string(size);
 }

@@ -49,10 +49,6 @@ void get_autoreceive_stop() {
     log_entry.disconnect_time = twelve_hour_time(local_time());
 }
 
-std::string log_size(std::uint64_t size) {
-    return column(std::to_string(size), SIZE_COLUMN);
-}
-
 FILE_HANDLE open_log() {
     const bool is_new = !open_file(LOG_FILE_NAME, "rb");
     FILE_HANDLE log = open_file(LOG_FILE_NAME, "ab");

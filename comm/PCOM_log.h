@@ -3,7 +3,6 @@
 
 #include "app/files.h"
 
-#include <cstdint>
 #include <string>
 
 inline constexpr char LOG_FILE_NAME[] = "LOG.TXT";
@@ -24,9 +23,6 @@ extern AUTORECEIVE_LOG_ENTRY log_entry; // of the transfer that runs
 
 void get_autoreceive_start(); // stamps date and connect time
 void get_autoreceive_stop();  // stamps the disconnect time
-
-// A file size in its column: 6 characters, left-aligned.
-std::string log_size(std::uint64_t size);
 
 // The log, opened at its end; created with its three header lines when missing.
 FILE_HANDLE open_log();

@@ -13,17 +13,18 @@
 // TRANSFER_NO_CARRIER or TRANSFER_CANCELLED, with nothing read.
 int poll_byte(WINDOW screen, LINE* port, std::optional<std::uint8_t>& byte);
 
-// What must hold on an errorless line before a byte may go out.
-using SEND_RULE = bool (*)(const LINE_STATUS& status);
-bool always_allowed(const LINE_STATUS& status);
+struct SEND_RULE {
+    bool (*allows)(const LINE_STATUS& status); // what must hold on an errorless line before a byte may go out
+    bool repeats; // tries again when the write limit has passed; else the line has failed
+};
 
 // Polls until `rule` lets the byte out and it has gone. TRANSFER_COMPLETED, TRANSFER_NO_CARRIER,
-// TRANSFER_CANCELLED, or TRANSFER_LINE_FAILED when the write itself fails.
-int send_byte(WINDOW screen, LINE* port, std::uint8_t byte, SEND_RULE rule);
+// TRANSFER_CANCELLED or TRANSFER_LINE_FAILED.
+int send_byte(WINDOW screen, LINE* port, std::uint8_t byte, const SEND_RULE& rule);
 
 // Clears the line's errors and writes the byte once, without regard to flow control, carrier or cancel: for
-// requests that are repeated anyway and for the last byte of a transfer.
-LINE_WRITE write_direct(LINE* port, std::uint8_t byte);
+// requests that are repeated anyway and for a last byte that nothing depends on.
+void write_direct(LINE* port, std::uint8_t byte);
 
 // Gives the processor away when no byte has come or gone for a while.
 void rest_when_silent();

@@ -154,11 +154,7 @@ void take_file(HWND screen, const std::string& path, const std::string& shown_na
 }
 
 FILE_DIALOG send_dialog(HWND screen, std::span<const FILE_FILTER> filters, std::string& directory) {
-    return {.owner = screen,
-            .filters = filters,
-            .title = "Enter Filename To Send",
-            .name = "",
-            .directory = &directory};
+    return {.owner = screen, .filters = filters, .title = "Enter Filename To Send", .directory = &directory};
 }
 
 void browse_send(HWND screen) {
@@ -202,7 +198,6 @@ void browse_receive_one(HWND screen) {
     FILE_DIALOG dialog{.owner = screen,
                        .filters = RECEIVE_FILTERS,
                        .title = "Enter Filename To Receive",
-                       .name = "",
                        .directory = &receive_directory};
     if (ask_save_name(dialog, with_filter_extension))
         take_file(screen, dialog.name, path_file_title(dialog.name));
@@ -212,7 +207,6 @@ void browse_increment(HWND screen) {
     FILE_DIALOG dialog{.owner = screen,
                        .filters = INCREMENT_FILTERS,
                        .title = "Enter Filename Without Extension To Receive",
-                       .name = "",
                        .directory = &receive_directory,
                        .asks_to_replace = false}; // the files are numbered, none is called by this name
     if (!ask_save_name(dialog, ""))

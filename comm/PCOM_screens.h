@@ -12,7 +12,6 @@ INT_PTR CALLBACK UPGRADEPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lPar
 
 // Communication Setup. Result 1 after OK, 0 after Cancel.
 INT_PTR CALLBACK SETUPPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam);
-void update_setup_dialog(HWND screen);
 
 // The number to dial; its parameter points to a std::string that holds it. Result 1 with the number updated,
 // 0 after Cancel.

@@ -58,6 +58,19 @@ unsigned baudrate_entry(std::uint32_t baudrate) {
     return found == std::end(BAUDRATES) ? 0 : static_cast<unsigned>(found - BAUDRATES);
 }
 
+void update_setup_dialog(HWND screen) {
+    for (const NUMBER_LIST& list : NUMBER_LISTS) {
+        const auto last = list.first + static_cast<std::uint32_t>(list.texts.size()) - 1;
+        fill_list(screen, list.control, list.texts,
+                  std::clamp(comm_settings.*list.value, list.first, last) - list.first);
+    }
+    fill_list(screen, IDC_COMM_BAUDRATE, BAUDRATE_TEXTS, baudrate_entry(comm_settings.baudrate));
+    SendDlgItemMessageA(screen, IDC_COMM_RETRIES, EM_LIMITTEXT, 2, 0);
+    SetDlgItemInt(screen, IDC_COMM_RETRIES, comm_settings.xmodem_retries, FALSE);
+    set_control_text(screen, IDC_COMM_MODEM_INIT, comm_settings.modem_init);
+    SendDlgItemMessageA(screen, IDC_COMM_RETRIES, EM_LIMITTEXT, 251, 0); // the limit in force
+}
+
 void read_setup_dialog(HWND screen, COMM_SETTINGS& settings) {
     for (const NUMBER_LIST& list : NUMBER_LISTS)
         settings.*list.value = list.first + selected_entry(screen, list.control, 0);
@@ -93,19 +106,6 @@ void do_setup_command(HWND screen, int command) {
 }
 
 } // namespace
-
-void update_setup_dialog(HWND screen) {
-    for (const NUMBER_LIST& list : NUMBER_LISTS) {
-        const auto last = list.first + static_cast<std::uint32_t>(list.texts.size()) - 1;
-        fill_list(screen, list.control, list.texts,
-                  std::clamp(comm_settings.*list.value, list.first, last) - list.first);
-    }
-    fill_list(screen, IDC_COMM_BAUDRATE, BAUDRATE_TEXTS, baudrate_entry(comm_settings.baudrate));
-    SendDlgItemMessageA(screen, IDC_COMM_RETRIES, EM_LIMITTEXT, 2, 0);
-    SetDlgItemInt(screen, IDC_COMM_RETRIES, comm_settings.xmodem_retries, FALSE);
-    set_control_text(screen, IDC_COMM_MODEM_INIT, comm_settings.modem_init);
-    SendDlgItemMessageA(screen, IDC_COMM_RETRIES, EM_LIMITTEXT, 251, 0); // the limit in force
-}
 
 INT_PTR CALLBACK SETUPPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {

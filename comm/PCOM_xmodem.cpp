@@ -95,16 +95,17 @@ void count_error(SENDER& sender) {
 }
 
 // The portable takes one byte at a time: nothing may wait in the queue, and no hold may stand.
-bool sender_rule(const LINE_STATUS& status) {
+bool is_xmodem_allowed(const LINE_STATUS& status) {
     return status.output_queue == 0 && !status.cts_hold && !status.dsr_hold && !status.xoff_hold &&
            !status.xoff_sent;
 }
+constexpr SEND_RULE XMODEM_RULE = {is_xmodem_allowed, true};
 
 // Sends one block until it is taken or given up. A TRANSFER_RESULT.
 int send_block(SENDER& sender, std::uint32_t block, const std::string& frame, bool is_short) {
     for (std::int64_t retries = comm_settings.xmodem_retries; retries >= 0; --retries) {
         for (const char c : frame) {
-            const int sent = send_byte(sender.screen, sender.port, static_cast<std::uint8_t>(c), sender_rule);
+            const int sent = send_byte(sender.screen, sender.port, static_cast<std::uint8_t>(c), XMODEM_RULE);
             if (sent != TRANSFER_COMPLETED)
                 return sent;
         }
@@ -143,14 +144,12 @@ int send_blocks(SENDER& sender, std::FILE* file) {
     }
 }
 
-// Tells the receiver and the screen how the transfer ended. Returns the final TRANSFER_RESULT.
+// Tells the receiver and the screen how the transfer ended. Returns the final TRANSFER_RESULT. A receiver
+// that never sees the EOT has not got the file: the byte waits like every other until the line takes it.
 int end_sending(SENDER& sender, int result) {
+    if (result == TRANSFER_COMPLETED)
+        result = send_byte(sender.screen, sender.port, EOT, XMODEM_RULE);
     switch (result) {
-    case TRANSFER_COMPLETED:
-        if (write_direct(sender.port, EOT) != LINE_WRITE::FAILED)
-            break;
-        result = TRANSFER_LINE_FAILED;
-        [[fallthrough]];
     case TRANSFER_LINE_FAILED:
         show_counter(sender.screen, COUNTER::STATUS, "Error");
         break;
@@ -185,6 +184,8 @@ int send_in_blocks(WINDOW screen, LINE* port, const std::string& file_name, std:
 }
 
 // --- receiving ---
+
+constexpr SEND_RULE ANSWER_RULE = {[](const LINE_STATUS&) { return true; }, true};
 
 struct RECEIVER {
     WINDOW screen;
@@ -237,12 +238,12 @@ int accept_frame(RECEIVER& receiver) {
     }
     receiver.held = receiver.frame.substr(HEADER_SIZE, XMODEM_BLOCK_SIZE);
     receiver.retries = comm_settings.xmodem_retries;
-    return send_byte(receiver.screen, receiver.port, ACK, always_allowed);
+    return send_byte(receiver.screen, receiver.port, ACK, ANSWER_RULE);
 }
 
 int refuse_frame(RECEIVER& receiver) {
     show_number(receiver.screen, COUNTER::ERRORS, ++receiver.errors);
-    const int result = send_byte(receiver.screen, receiver.port, NAK, always_allowed);
+    const int result = send_byte(receiver.screen, receiver.port, NAK, ANSWER_RULE);
     if (result != TRANSFER_COMPLETED)
         return result;
     return --receiver.retries < 0 ? TRANSFER_RETRIES_EXCEEDED : TRANSFER_COMPLETED;

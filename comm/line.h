@@ -13,8 +13,7 @@ struct LINE_SETTINGS {
     std::uint32_t baudrate;   // bit/s
     std::uint16_t xon_limit;  // bytes
     std::uint16_t xoff_limit; // bytes
-    bool output_xon_xoff;     // the driver honours XON/XOFF from the other side
-    bool input_xon_xoff;      // the driver sends XON/XOFF
+    bool input_xon_xoff;      // the driver sends XON/XOFF; it never honours those of the other side
     std::optional<bool> rts_cts; // the driver honours CTS and handshakes with RTS, or holds RTS on; empty: as
                                  // it comes
     std::uint32_t write_limit;   // milliseconds until a write gives up; 0: never

@@ -26,7 +26,7 @@ bool fill_control_block(DCB& block, const LINE_SETTINGS& settings) {
     block.XoffLim = settings.xoff_limit;
     block.XonChar = XON; // also without XON/XOFF: two equal characters are refused
     block.XoffChar = XOFF;
-    block.fOutX = settings.output_xon_xoff;
+    block.fOutX = FALSE;
     block.fInX = settings.input_xon_xoff;
     if (settings.rts_cts) {
         block.fOutxCtsFlow = *settings.rts_cts;

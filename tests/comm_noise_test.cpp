@@ -4,9 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <deque>
-#include <numeric>
 #include <random>
 #include <semaphore>
 #include <thread>
@@ -82,19 +80,10 @@ RESULT run_transfer(const std::string& data, const NOISE& noise) {
     return result;
 }
 
-TEST_F(CommNoise, AQuietLineCarriesBlockNumbersPast255) {
-    const std::string data = numbered_bytes(128 * 600);
-    const auto frames = frames_of(data, true);
-    const RESULT result = run_transfer(data, [](char byte) { return std::string(1, byte); });
-    EXPECT_EQ(result.arrived, std::accumulate(frames.begin(), frames.end(), std::string()) + EOT);
-    EXPECT_EQ(result.stored, data);
-    EXPECT_EQ(line_record.counters[COUNTER::BLOCKS_DONE], "600");
-}
-
 TEST_F(CommNoise, ANoisyLineNeverStoresOtherBytes) {
     constexpr unsigned TRANSFERS = 10'000;
     constexpr double SIZE_LIMIT = 3000; // bytes
-    unsigned completed = 0, collisions = 0;
+    unsigned completed = 0;
     for (unsigned seed = 0; seed < TRANSFERS; ++seed) {
         SCOPED_TRACE(seed);
         std::mt19937_64 random(seed);
@@ -125,11 +114,9 @@ TEST_F(CommNoise, ANoisyLineNeverStoresOtherBytes) {
         const auto other = std::mismatch(stored.begin(), stored.end(), good.begin(), good.end()).first;
         if (other == stored.end())
             continue;
-        ++collisions; // the line itself has made that frame, check bytes and all
+        // The line itself has made that frame, check bytes and all.
         ASSERT_NE(result.arrived.find(other->substr(1)), std::string::npos);
     }
-    std::printf("%u transfers, %u completed, %u collisions of a sum or a CRC\n", TRANSFERS, completed,
-                collisions);
     EXPECT_GT(completed, TRANSFERS / 2);
     EXPECT_LT(completed, TRANSFERS - TRANSFERS / 20);
 }

@@ -6,17 +6,16 @@ using CommSettings = CommTest;
 
 TEST_F(CommSettings, EachKeyHoldsItsOwnFieldUnchecked) {
     comm_settings = {~0U, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, "12"};
-    for (int round = 0; round < 2; ++round) { // what was read is written again
-        write_com_setup();
-        std::string written;
-        for (const auto& [key, value] : desktop_settings)
-            written += key.substr(key.find('/') + 1) + " " + value + "|";
-        EXPECT_EQ(written, "BAUDRATE 2|DATABITS 3|DIALMETHOD 11|FILEMODE 10|FLOW_CONTROL 7|INTERFACE 9|"
-                           "MODEM_INIT 12|PARITY 5|PORT 4294967295|PROTOCOL 6|STOPBITS 4|XMODEM_RETRIES 8|");
-        reset_com_setups();
-        read_com_setup();
-        EXPECT_EQ(comm_settings.port, ~0U);
-    }
+    write_com_setup();
+    reset_com_setups();
+    read_com_setup();
+    desktop_settings.clear();
+    write_com_setup(); // what was read is written again
+    std::string written;
+    for (const auto& [key, value] : desktop_settings)
+        written += key.substr(key.find('/') + 1) + " " + value + "|";
+    EXPECT_EQ(written, "BAUDRATE 2|DATABITS 3|DIALMETHOD 11|FILEMODE 10|FLOW_CONTROL 7|INTERFACE 9|"
+                       "MODEM_INIT 12|PARITY 5|PORT 4294967295|PROTOCOL 6|STOPBITS 4|XMODEM_RETRIES 8|");
     desktop_settings = {{"COMM/MODEM_INIT", std::string(300, 'x')}};
     read_com_setup();
     EXPECT_EQ(comm_settings.modem_init, std::string(254, 'x'));
@@ -31,19 +30,18 @@ TEST_F(CommSettings, TheSummaryNeverIndexesByAValue) {
 
 TEST_F(CommSettings, ThePortIsOpenedAsSet) {
     const std::tuple<std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t, const char*> cases[] = {
-        {EVEN_PARITY, 7, 2, FLOW_RTS_CTS, "COM3:9600,e,7,2"},
-        {ODD_PARITY, 8, 1, FLOW_XON_XOFF, "COM3:9600,o,8,1"},
-        {5, 8, 1, 7, "COM3:9600,n,8,1"}, // none of the choices
+        {EVEN_PARITY, 7, 2, FLOW_RTS_CTS, "COM3 COM3:9600,e,7,2"},
+        {ODD_PARITY, 8, 1, FLOW_XON_XOFF, "COM3 COM3:9600,o,8,1"},
+        {5, 8, 1, 7, "COM3 COM3:9600,n,8,1"}, // none of the choices
     };
     for (const auto& [parity, databits, stopbits, flow_control, mode] : cases) {
         comm_settings = {3, 110, databits, stopbits, parity, PROTOCOL_NONE, flow_control};
         close_line(comm_initialize(ACTION_SEND));
         const LINE_SETTINGS& opened = line_record.settings;
-        EXPECT_EQ(opened.device, "COM3");
-        EXPECT_EQ(opened.mode, mode);
+        EXPECT_EQ(opened.device + " " + opened.mode, mode);
         EXPECT_EQ(opened.baudrate, 110);
         EXPECT_TRUE(opened.xon_limit == 256 && opened.xoff_limit == 256 && opened.write_limit == 2000);
-        EXPECT_FALSE(opened.output_xon_xoff || opened.input_xon_xoff);
+        EXPECT_FALSE(opened.input_xon_xoff);
         EXPECT_EQ(opened.rts_cts, flow_control == FLOW_RTS_CTS);
     }
 }

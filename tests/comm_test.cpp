@@ -73,3 +73,10 @@ std::string event_texts() {
         texts += (texts.empty() ? "" : "|") + event.text;
     return texts;
 }
+
+std::string timed_events() {
+    std::string texts;
+    for (const LINE_EVENT& event : line_record.events)
+        texts += std::to_string(event.at / 100) + " " + event.text + "|";
+    return texts + std::to_string(desktop_clock / 100);
+}

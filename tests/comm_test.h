@@ -35,4 +35,5 @@ void answer_each_byte(std::vector<std::string> answers);
 void answer_frames(const std::string& request, const std::string& answers,
                    std::size_t block_size = XMODEM_BLOCK_SIZE);
 
-std::string event_texts(); // "open|STATUS Waiting|..."
+std::string event_texts();  // "open|STATUS Waiting|..."
+std::string timed_events(); // "0 open|11 STATUS Waiting|604": each in tenths of a second, and the end

@@ -27,22 +27,20 @@ struct LINE_SCRIPT {
 };
 extern LINE_SCRIPT line_script;
 
-// "STATUS Waiting", "button Cancel", "file A.001", "ask number", "open", "close", or "> " and the bytes sent.
+// "STATUS Waiting", "button Cancel", "file A.001", "ask number 555", "open", "close", or "> " and bytes that
+// were sent without a pause.
 struct LINE_EVENT {
-    std::uint32_t at, until; // for bytes sent: when the first and the last one went out
+    std::uint32_t at;
     std::string text;
 };
 
 struct LINE_RECORD {
     LINE_SETTINGS settings;
     std::string sent;
-    std::vector<std::uint32_t> sent_at; // one a byte
     std::map<COUNTER, std::string> counters;
-    std::vector<LINE_EVENT> events; // counters aside, in order; bytes sent in one go are one event
-    std::string offered_number;     // what the phone prompt started with
+    std::vector<LINE_EVENT> events; // counters aside, in order
     std::uint32_t carrier_queries = 0;
     std::uint32_t cancel_queries = 0;
-    std::uint32_t unread = 0; // bytes that line_brings queued and nobody read
     int open_lines = 0;
 };
 extern LINE_RECORD line_record;

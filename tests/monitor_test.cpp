@@ -194,7 +194,7 @@ TEST_F(Monitor, TheLineIsOpenedAsSet) {
         const LINE_SETTINGS& opened = line_record.settings;
         EXPECT_EQ(opened.mode + numbers(opened.baudrate), "COM2:9600,e,7,2" + numbers(19200));
         EXPECT_EQ(opened.input_xon_xoff, xon_flag == 1);
-        EXPECT_FALSE(opened.output_xon_xoff || opened.rts_cts || opened.write_limit != 0);
+        EXPECT_FALSE(opened.rts_cts || opened.write_limit != 0);
     }
 }
 
