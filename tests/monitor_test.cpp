@@ -171,10 +171,12 @@ TEST_F(Monitor, CaptureFilesHoldTheListsLines) {
     EXPECT_FALSE(save_capture_file(nullptr, path("NO FOLDER/A.CAP")));
 }
 
-TEST_F(Monitor, SettingsAreWrittenAtOnceAndReadUnchecked) {
+TEST_F(Monitor, SettingsAreReadUnchecked) {
     std::string texts; // of values that are none of the choices
-    for (unsigned i = 0; i < MONITOR_ITEM_COUNT; ++i)
+    for (unsigned i = 0; i < MONITOR_ITEM_COUNT; ++i) {
         set_monitor_value(static_cast<MONITOR_ITEM>(i), 20 + i);
+        save_monitor_value(static_cast<MONITOR_ITEM>(i));
+    }
     initialize_com_settings();
     for (unsigned i = 0; i < MONITOR_ITEM_COUNT; ++i) {
         EXPECT_EQ(monitor_value(static_cast<MONITOR_ITEM>(i)), 20 + i);
