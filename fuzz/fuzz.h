@@ -1,5 +1,6 @@
-// What the fuzz targets share. A target is one procedure that takes the bytes of one input; targets.cpp has
-// them all, fuzz_main.cpp makes one of them a libFuzzer program, replay.cpp runs every one over its corpus.
+// What the fuzz targets and the fault tests share. A target is one procedure that takes the bytes of one
+// input; targets.cpp has them all, fuzz_main.cpp makes one of them a libFuzzer program, replay.cpp runs every
+// one over its corpus.
 #pragma once
 
 #include <string>

@@ -3,6 +3,7 @@
 #include "fuzz/fuzz.h"
 
 #include "app/desktop.h"
+#include "app/files.h"
 #include "comm/line.h"
 #include "comm/transfer_screen.h"
 #include "files/FILEGEN.h"
@@ -268,7 +269,7 @@ LOCAL_TIME local_time() {
 std::string temporary_file_name() {
     static int files;
     std::string name = (temporary_folder() / std::to_string(++files)).string();
-    const std::ofstream made(name, std::ios::binary);
+    open_file(name, "wb");
     return name;
 }
 

@@ -1,3 +1,4 @@
+// The targets: what reads files, settings or the line, and what is then done with what was read.
 #include "fuzz/fuzz.h"
 
 #include "app/files.h"
@@ -65,7 +66,7 @@ void fuzz_edit_file(std::string_view input, int file_type, const char* extension
     require(result < 0 || result == stored_records());
     const std::int64_t records = stored_records();
     const std::string saved = input_file("", extension);
-    // What was saved opens again with as many records, where no line is cut and no line end swallowed.
+    // What was saved opens again.
     if (write_edit_file(nullptr, saved, file_type) > 0 && records > 0) {
         free_memchunks();
         require(read_edit_file(nullptr, saved, file_type) != 0);

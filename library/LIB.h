@@ -68,7 +68,8 @@ void show_library_list(WINDOW hDlg);
 
 // Lists the members of a library that are found as files, in the current folder or else in the library's, and
 // shows the list. 1, with the library's path taken over and nothing changed; 0 when it cannot be opened or
-// holds a foreign member (reported by the caller), with the list up to there.
+// holds a foreign member (reported by the caller), with the list up to there; -1, with the list as it was,
+// when memory runs out (reported).
 int open_library_file(WINDOW hDlg, const std::string& filename);
 
 // 1 when every listed file is there and is a system file, else 0 (reported).
@@ -76,7 +77,8 @@ int valid_sys_files(WINDOW hDlg);
 
 // Writes the listed files as one library, each without the NULs that a transfer left behind it. 1, or 0
 // (reported by the caller) when it cannot be written or is one of the listed files itself: an old file is
-// then as it was. 0 also when a listed file cannot be opened: the library then ends before it.
+// then as it was, as with -1, when memory runs out (reported). 0 also when a listed file cannot be opened:
+// the library then ends before it.
 int save_library_file(WINDOW hDlg, const std::string& filename);
 
 // --- one member as a file of its own ---
@@ -87,11 +89,11 @@ int choose_library_member(WINDOW owner, const std::vector<std::string>& rows);
 
 // Lets the operator pick a member of the library `name` and leaves it in a temporary file whose path replaces
 // `name`. Returns 1; 0 when the library is invalid or cannot be opened (reported by the caller); -1 when the
-// operator cancels or the temporary file cannot be written (reported).
+// operator cancels or the temporary file cannot be written (reported). std::bad_alloc passes.
 int extract_library_file(WINDOW owner, std::string& name);
 
-// Lets the operator pick a member of the library `name` and has it read; what was extracted is deleted
-// whatever comes of it. Returns what `read` returns or, without a member to read, what extract_library_file
-// returned.
-std::int64_t read_library_member(WINDOW owner, std::string name,
+// Lets the operator pick a member of the library and has it read; what was extracted is deleted whatever
+// comes of it. Returns what `read` returns or, without a member to read, what extract_library_file returned;
+// -1 when memory runs out, in `read` too (reported).
+std::int64_t read_library_member(WINDOW owner, const std::string& library,
                                  const std::function<std::int64_t(std::FILE*)>& read);

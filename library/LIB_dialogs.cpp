@@ -85,12 +85,12 @@ bool save_library(HWND hDlg) {
         return false;
     librarian.file_name = dialog.name;
     set_control_text(hDlg, IDC_LIBRARY_NAME, librarian.file_name);
-    if (save_library_file(hDlg, dialog.name) != 1) {
+    const int result = save_library_file(hDlg, dialog.name);
+    if (result == 0)
         show_message(hDlg, "Could not Save Library File!", "File Error", MESSAGE_ICON::WARNING);
-        return false;
-    }
-    librarian.changed = false;
-    return true;
+    if (result == 1)
+        librarian.changed = false;
+    return result == 1;
 }
 
 // True when nothing is lost by leaving the library: it has no changes, or they are saved or given up.
@@ -100,16 +100,21 @@ bool may_leave_library(HWND hDlg) {
 }
 
 void open_library(HWND hDlg) {
+    char old_folder[MAX_PATH];
+    GetCurrentDirectoryA(sizeof old_folder, old_folder);
     FILE_DIALOG dialog = file_dialog(hDlg, LIBRARY_FILTERS);
     dialog.keeps_current_folder = false; // the library's files are looked for where it is
     if (!ask_open_name(dialog))
         return;
-    if (open_library_file(hDlg, dialog.name) != 1) {
+    const int result = open_library_file(hDlg, dialog.name);
+    if (result == 1) {
+        enable_save(hDlg, true);
+    } else if (result == 0) {
         show_message(hDlg, "Invalid/Corrupt Library File!", "Invalid/Corrupt", MESSAGE_ICON::WARNING);
         start_library(hDlg);
-        return;
+    } else {
+        SetCurrentDirectoryA(old_folder); // where the files are that the list still has
     }
-    enable_save(hDlg, true);
 }
 
 void create_library(HWND hDlg) {

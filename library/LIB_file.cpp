@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <new>
 
 namespace {
 
@@ -55,10 +56,14 @@ struct FILE_REMOVER {
     }
 };
 
-int refuse_extraction(WINDOW owner) {
-    show_message(owner, "Cannot take the file out of the library.\nThe temporary folder may be full.",
-                 "Open File", MESSAGE_ICON::WARNING);
+int refuse(WINDOW owner, const char* text, const char* caption) {
+    show_message(owner, text, caption, MESSAGE_ICON::WARNING);
     return -1;
+}
+
+int refuse_extraction(WINDOW owner) {
+    return refuse(owner, "Cannot take the file out of the library.\nThe temporary folder may be full.",
+                  "Open File");
 }
 
 bool copy_member(std::FILE* library, const LIBRARY_MEMBER& member, const std::string& name) {
@@ -163,12 +168,17 @@ int extract_library_file(WINDOW owner, std::string& name) {
     return 1;
 }
 
-std::int64_t read_library_member(WINDOW owner, std::string name,
+std::int64_t read_library_member(WINDOW owner, const std::string& library,
                                  const std::function<std::int64_t(std::FILE*)>& read) {
-    const int extracted = extract_library_file(owner, name);
-    if (extracted != 1)
-        return extracted;
-    const std::unique_ptr<const std::string, FILE_REMOVER> left_over(&name); // outlives the open file
-    const FILE_HANDLE file = open_file(name, "rb");
-    return file ? read(file.get()) : refuse_extraction(owner);
+    try {
+        std::string name = library;
+        const int extracted = extract_library_file(owner, name);
+        if (extracted != 1)
+            return extracted;
+        const std::unique_ptr<const std::string, FILE_REMOVER> left_over(&name); // outlives the open file
+        const FILE_HANDLE file = open_file(name, "rb");
+        return file ? read(file.get()) : refuse_extraction(owner);
+    } catch (const std::bad_alloc&) {
+        return refuse(owner, OUT_OF_MEMORY_TEXT, MEMORY_CAPTION);
+    }
 }

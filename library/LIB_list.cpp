@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
 #include <optional>
+#include <utility>
 
 LIBRARIAN librarian;
 
@@ -54,18 +56,37 @@ std::string derived_name(const LIBRARY_MEMBER& member, const std::string& librar
     }
 }
 
-void list_found_files(const std::vector<LIBRARY_MEMBER>& members, const std::string& library) {
+std::vector<std::string> found_files(const std::vector<LIBRARY_MEMBER>& members, const std::string& library) {
+    std::vector<std::string> files;
     for (const LIBRARY_MEMBER& member : members) {
         const std::string name = derived_name(member, library);
         if (!is_plain_file_name(name))
             continue;
         for (const std::string& path : {name, path_folder(library) + name}) {
             if (open_file(path, "rb")) {
-                librarian.files.push_back(path);
+                files.push_back(path);
                 break;
             }
         }
     }
+    return files;
+}
+
+bool take_library(const std::string& filename) {
+    const FILE_HANDLE file = open_file(filename, "rb");
+    std::vector<LIBRARY_MEMBER> members;
+    const bool is_library = file && read_library_members(file.get(), false, members);
+    LIBRARIAN taken;
+    taken.files = found_files(members, filename);
+    taken.changed = !is_library && librarian.changed;
+    taken.file_name = is_library ? filename : librarian.file_name;
+    librarian = std::move(taken);
+    return is_library;
+}
+
+int report_out_of_memory(WINDOW owner) {
+    show_message(owner, OUT_OF_MEMORY_TEXT, MEMORY_CAPTION, MESSAGE_ICON::WARNING);
+    return -1;
 }
 
 int refuse_listed_file(WINDOW owner, const std::string& text, const char* caption) {
@@ -98,6 +119,27 @@ std::optional<std::string> read_without_padding(std::FILE* file) {
     return bytes;
 }
 
+// Result as of save_library_file, for a list of files that fit into memory.
+int write_library(const std::string& filename) {
+    const auto& files = librarian.files;
+    if (std::any_of(files.begin(), files.end(),
+                    [&](const std::string& name) { return may_be_same_file(name, filename); }))
+        return 0;
+    std::string library;
+    for (const std::string& name : files) {
+        const FILE_HANDLE file = open_file(name, "rb");
+        if (!file) { // the library ends here, and the operator is told
+            save_whole_file(filename, library);
+            return 0;
+        }
+        const auto bytes = read_without_padding(file.get());
+        if (!bytes)
+            return 0;
+        library += *bytes;
+    }
+    return save_whole_file(filename, library) ? 1 : 0;
+}
+
 } // namespace
 
 void library_list_add(WINDOW hDlg, const std::string& name) {
@@ -123,15 +165,11 @@ void library_list_delete(WINDOW hDlg) {
 }
 
 int open_library_file(WINDOW hDlg, const std::string& filename) {
-    librarian.files.clear();
-    librarian.selected_row = 0;
-    const FILE_HANDLE file = open_file(filename, "rb");
-    std::vector<LIBRARY_MEMBER> members;
-    const bool is_library = file && read_library_members(file.get(), false, members);
-    list_found_files(members, filename);
-    if (is_library) {
-        librarian.file_name = filename;
-        librarian.changed = false;
+    bool is_library = false;
+    try {
+        is_library = take_library(filename);
+    } catch (const std::bad_alloc&) {
+        return report_out_of_memory(hDlg);
     }
     show_library_list(hDlg);
     return is_library ? 1 : 0;
@@ -150,26 +188,10 @@ int valid_sys_files(WINDOW hDlg) {
     return 1;
 }
 
-int save_library_file(WINDOW, const std::string& filename) {
-    const auto& files = librarian.files;
-    if (std::any_of(files.begin(), files.end(),
-                    [&](const std::string& name) { return may_be_same_file(name, filename); }))
-        return 0;
+int save_library_file(WINDOW hDlg, const std::string& filename) {
     try {
-        std::string library;
-        for (const std::string& name : files) {
-            const FILE_HANDLE file = open_file(name, "rb");
-            if (!file) { // the library ends here, and the operator is told
-                save_whole_file(filename, library);
-                return 0;
-            }
-            const auto bytes = read_without_padding(file.get());
-            if (!bytes)
-                return 0;
-            library += *bytes;
-        }
-        return save_whole_file(filename, library) ? 1 : 0;
-    } catch (const std::exception&) { // more than memory or any string can hold; the old library stays
-        return 0;
+        return write_library(filename);
+    } catch (const std::exception&) { // more than memory or any string can hold
+        return report_out_of_memory(hDlg);
     }
 }

@@ -54,9 +54,10 @@ struct MONITOR_CHOICE {
 };
 std::span<const MONITOR_CHOICE> monitor_choices(MONITOR_ITEM item);
 std::uint32_t monitor_value(MONITOR_ITEM item);
-
-// Stores a value, in the settings file too.
 void set_monitor_value(MONITOR_ITEM item, std::uint32_t value);
+
+// Writes the item's value into the settings file.
+void save_monitor_value(MONITOR_ITEM item);
 
 // "Baud Rate [9600]": the item's text in the menu.
 std::string monitor_item_text(MONITOR_ITEM item);

@@ -13,7 +13,7 @@ LRESULT CALLBACK MONITORPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lPar
 // Opens the monitor, or brings the open one forward.
 void open_monitor(HWND owner);
 
-// Rewrites an item of the window's settings menu from the record.
+// Rewrites an item of the window's settings menu from the record and saves that setting.
 void update_com_menu(HWND window, MONITOR_ITEM item);
 
 // The settings' prompts, all of DLG_MON_SETTING. They return 1 when a choice was stored.

@@ -78,7 +78,10 @@ std::uint32_t monitor_value(MONITOR_ITEM item) {
 
 void set_monitor_value(MONITOR_ITEM item, std::uint32_t value) {
     *SETTINGS[item].value = value;
-    write_setting(SECTION, SETTINGS[item].key, std::to_string(value));
+}
+
+void save_monitor_value(MONITOR_ITEM item) {
+    write_setting(SECTION, SETTINGS[item].key, std::to_string(*SETTINGS[item].value));
 }
 
 std::string monitor_item_text(MONITOR_ITEM item) {

@@ -200,12 +200,18 @@ void toggle_capture(HWND hwnd) {
         begin_capture(hwnd);
 }
 
+void show_setting(HWND hwnd, MONITOR_ITEM item) {
+    const auto id = static_cast<UINT>(CMD_MON_SETTING + item);
+    HMENU menu = GetMenu(hwnd);
+    const UINT availability = GetMenuState(menu, id, MF_BYCOMMAND) & MF_GRAYED;
+    ModifyMenuA(menu, id, MF_BYCOMMAND | MF_STRING | availability, id, monitor_item_text(item).c_str());
+}
+
 void change_setting(HWND hwnd, MONITOR_ITEM item) {
     static constexpr DLGPROC PROMPTS[MONITOR_ITEM_COUNT] = {PORTPROC,     BAUDRATEPROC, DATABITSPROC,
                                                             STOPBITSPROC, PARITYPROC,   XONPROC,
                                                             FUNCPROC,     SPECIALPROC,  TRANSCRPROC};
-    run_dialog(DLG_MON_SETTING, hwnd, PROMPTS[item]);
-    if (hwnd == monitor_window) // it may have been closed with the program meanwhile
+    if (run_dialog(DLG_MON_SETTING, hwnd, PROMPTS[item]) == 1)
         update_com_menu(hwnd, item);
 }
 
@@ -253,7 +259,7 @@ void prepare(HWND hwnd) {
     clear_captured_text();
     initialize_com_settings();
     for (int item = 0; item < MONITOR_ITEM_COUNT; ++item)
-        update_com_menu(hwnd, static_cast<MONITOR_ITEM>(item));
+        show_setting(hwnd, static_cast<MONITOR_ITEM>(item));
 }
 
 // The port is read by a loop that must end first; the close is posted again when it has.
@@ -346,10 +352,8 @@ LRESULT CALLBACK MONITORPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lPar
 }
 
 void update_com_menu(HWND window, MONITOR_ITEM item) {
-    const auto id = static_cast<UINT>(CMD_MON_SETTING + item);
-    HMENU menu = GetMenu(window);
-    const UINT availability = GetMenuState(menu, id, MF_BYCOMMAND) & MF_GRAYED;
-    ModifyMenuA(menu, id, MF_BYCOMMAND | MF_STRING | availability, id, monitor_item_text(item).c_str());
+    show_setting(window, item);
+    save_monitor_value(item);
 }
 
 void open_monitor(HWND owner) {

@@ -112,7 +112,7 @@ def averaged(canvas):
 # --- things that several pictures show ---
 
 
-def portable(canvas, left, top, width, height, text_lines=1):
+def portable(canvas, left, top, width, height, text_lines):
     """The hand-held terminal: display above, keys below."""
     right, bottom = left + width, top + height
     paint(canvas, INK, rounded(left, top, right, bottom, width * 0.2))
@@ -122,13 +122,11 @@ def portable(canvas, left, top, width, height, text_lines=1):
     for line in range(text_lines):
         y = top + 4 + line * 2
         paint(canvas, INK, box(left + 3, y, right - 3 - line % 2 * 1.5, y + 1))
-    columns, rows = (3, 3) if width > 9 else (2, 3)
-    for column in range(columns):
-        for row in range(rows):
-            x = left + 2 + (width - 4) * (column + 0.5) / columns
-            y = top + height * 0.47 + height * 0.45 * (row + 0.5) / rows
-            colour = YELLOW if (column, row) == (columns - 1, rows - 1) else KEY
-            paint(canvas, colour, box(x - 0.8, y - 0.8, x + 0.8, y + 0.8))
+    for column in range(3):
+        for row in range(3):
+            x = left + 2 + (width - 4) * (column + 0.5) / 3
+            y = top + height * 0.47 + height * 0.45 * (row + 0.5) / 3
+            paint(canvas, YELLOW if column == row == 2 else KEY, box(x - 0.8, y - 0.8, x + 0.8, y + 0.8))
 
 
 def sheet(canvas, left, top, right, bottom, fold, rules):

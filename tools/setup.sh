@@ -1,4 +1,4 @@
-# What ./run and ./test share: packages, building and Wine. Sourced by both from the project's root.
+# What ./run, ./test and the scripts of tools/ share: packages, building and Wine. Sourced from the project's root.
 
 PROGRAM_PACKAGES=(cmake ninja-build g++ g++-mingw-w64-x86-64-posix wine wine64 fonts-wine lrzsz python3)
 TEST_PACKAGES=("${PROGRAM_PACKAGES[@]}" g++-mingw-w64-i686-posix libgtest-dev googletest nsis)

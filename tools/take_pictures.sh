@@ -8,6 +8,7 @@ install_packages "${PROGRAM_PACKAGES[@]}" xvfb imagemagick
 build win64 TolvanP drive
 
 # The display names itself by the first number that is free.
+rm -f build/display # an earlier run's
 mkfifo build/display
 Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>build/display >/dev/null 2>&1 &
 trap 'stop_wine; kill %1; rm -f build/display' EXIT

@@ -37,10 +37,12 @@ std::string state_of(HWND window) {
 
 TEST(Librarian, EnablesAndAsks) {
     const std::string a = temporary_path("A.PGT"), b = temporary_path("B.PGT"), x = temporary_path("x.lbt"),
-                      bad = temporary_path("bad.lbt"), eight_nuls(8, '\0');
+                      bad = temporary_path("bad.lbt"), taken = temporary_path("taken.lbt"),
+                      eight_nuls(8, '\0');
     for (const std::string& path : {a, b}) // programs that bear their names
         save_whole_file(path, std::string("\0\0\0\x12I______", 11) + path_base_name(path) + eight_nuls);
     save_whole_file(bad, "\1\1\1\1?");
+    CreateDirectoryA(taken.c_str(), nullptr);
     std::remove(x.c_str());
     const char *erase = "? Delete File from Library?", *full = "X Maximum number of files allowed is 200.",
                *save = "? Save Library Changes?", *title = PROGRAM_TITLE;
@@ -54,9 +56,12 @@ TEST(Librarian, EnablesAndAsks) {
         {VK_INSERT, "BA$:0 IDSs* ", "Open", b},
         {CMD_SAVE, "BA$:0 IDSs- x.lbt", "Save As", temporary_path("x")},
         {IDC_LIBRARY_DELETE, "A$:0 IDSs* x.lbt", title, erase, IDYES},
+        {CMD_SAVE, "", "Save As", temporary_path("taken")},
+        {0, "", title, "! " + taken + " already exists.\nDo you want to replace it?", IDYES},
+        {0, "A$:0 IDSs* taken.lbt", "File Error", "! Could not Save Library File!", IDOK},
         {CMD_EXIT, "", title, save, IDYES},
-        {0, "A$:0 IDSs* x.lbt", "Save As"}, // not saved: nothing is left
-        {VK_DELETE, "$:0 ----* x.lbt", title, erase, IDYES},
+        {0, "A$:0 IDSs* taken.lbt", "Save As"}, // not saved: nothing is left
+        {VK_DELETE, "$:0 ----* taken.lbt", title, erase, IDYES},
         {CMD_NEW, "$:0 ----- ", title, "? Create a new library file?", IDYES},
         {CMD_OPEN, "BA$:0 IDSs- x.lbt", "Open", x},
         {CMD_OPEN, "", "Open", bad},
@@ -65,13 +70,18 @@ TEST(Librarian, EnablesAndAsks) {
           [&] {
               HWND window = wait_for_window("Librarian");
               take_steps(window, steps, state_of);
-              librarian.files.resize(LIBRARY_FILE_LIMIT - 1, a);
+              librarian.files.assign(LIBRARY_FILE_LIMIT - 1, "GONE");
               EXPECT_EQ(layout_faults(window), std::vector<std::string>());
               EXPECT_EQ(unreached_by_tab(window), std::vector<int>());
               const STEP adds{IDC_LIBRARY_ADD, "", "Open", b}, cannot{VK_INSERT, "", "Librarian", full, IDOK},
-                  stays{VK_ESCAPE, "", title, save, IDCANCEL}, leaves{CMD_EXIT, "", title, save, IDNO};
-              take_steps(window, {adds, cannot, stays, leaves}, state_of);
+                  stays{VK_ESCAPE, "", title, save, IDCANCEL},
+                  saves{CMD_SAVE, "", "Save As", temporary_path("y")},
+                  refused{0, "", "File Not Found", "! The file GONE not found. Could not add to Library!",
+                          IDOK},
+                  leaves{CMD_EXIT, "", title, save, IDNO};
+              take_steps(window, {adds, cannot, stays, saves, refused, leaves}, state_of);
           });
+    EXPECT_FALSE(open_file(temporary_path("y.lbt"), "rb"));
 }
 
 TEST(FileExtraction, GivesTheMemberChosen) {
