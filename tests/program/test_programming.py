@@ -81,13 +81,14 @@ FIELDS = [  # what the operator does, and what the record then holds beside the 
       shows("Special ASCII Characters"), row(33), "Add", row(0), "Add|Done", shows(FIELD)],
      dict(default=b"A/B\xFF", pattern=b"__\x7F__", prefix=b"?\x8C\xFC")),
     (["Input Type: Y|Input Source: K|Default Data: Y"], dict(type="Y", source="K", default=b"Y")),
+    *[([f"Prompt Text: PLAIN {number}"], dict(prompt=b"PLAIN %d" % number)) for number in range(13, 31)],
 ]
 SETTINGS = [
     OPTIONS, shows(OPTIONS), "Field to compare: 6|Field to increment: 7|Amount to increment: 5|Field One: 8",
     "Field Two: 9|Field for Result: 10|Subtract Field Two from Field One|OK", shows(UNTITLED),
     "Use Received Data Files Only|Allow Append To End Of File|Auto Alpha Switch|SOF Text: /02BEGIN/0d",
     key(VK_TAB, "3"), "EOF Delay: 12|EOF Text: /fb/00"]
-BUILT = program_file(b"BUILT", [record for _, record in FIELDS], counts=(3, 3, 2, 9, 8, 8), delays=(3, 12), flags=0x41,
+BUILT = program_file(b"BUILT", [record for _, record in FIELDS], counts=(3, 3, 2, 27, 26, 26), delays=(3, 12), flags=0x41,
                      sof=b"\x02BEGIN\r", eof=b"\xFB\xFF")
 
 LONG_NAME = "The Tolvan can only display filenames up to 9 characters.\nPlease reenter using a 9 character filename."
