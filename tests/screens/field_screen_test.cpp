@@ -1,4 +1,5 @@
-// The field editor: what it enables, asks, shows and stores.
+// The field editor: what it enables, asks, shows and stores; the context menu and special characters of its
+// edits.
 #include "app/dialogs.h"
 #include "program/Prog_fields.h"
 #include "program/Prog_screens.h"
@@ -25,6 +26,21 @@ std::string state(HWND screen) {
             ticked += '|' + label;
     }
     return control_text(screen, IDC_FIELD_PROMPT_LABEL) + off + " -" + ticked;
+}
+
+// The captions of the open context menu, those of greyed items in brackets.
+std::string read_menu() {
+    const auto popup = [] { return FindWindowA("#32768", nullptr); };
+    wait_until([&] { return IsWindowVisible(popup()) != FALSE; }, "the context menu");
+    const auto menu = reinterpret_cast<HMENU>(SendMessageA(popup(), MN_GETHMENU, 0, 0));
+    std::string items;
+    for (UINT i = 0; i < static_cast<UINT>(GetMenuItemCount(menu)); ++i) {
+        char caption[40];
+        GetMenuStringA(menu, i, caption, sizeof caption, MF_BYPOSITION);
+        const bool greyed = (GetMenuState(menu, i, MF_BYPOSITION) & MF_GRAYED) != 0;
+        items += greyed ? '[' + std::string(caption) + ']' : caption;
+    }
+    return items;
 }
 
 FIELD_DEFINITION& field(int number) {
@@ -171,6 +187,42 @@ TEST_F(FIELD_SCREEN, EditsReachThePreviewAndTheFieldAlone) {
     EXPECT_EQ(odd.suffix_delay, 255);
     std::tie(odd.start_row, odd.suffix_delay) = std::tuple(3, 0);
     EXPECT_EQ(contents(), before + "X\r");
+}
+
+TEST_F(FIELD_SCREEN, ContextMenuAndSpecialCharacters) {
+    OpenClipboard(nullptr);
+    EmptyClipboard();
+    CloseClipboard();
+    run_field(2, [](HWND screen) {
+        HWND edit = GetDlgItem(screen, IDC_FIELD_DEFAULT);
+        const auto open_menu = [edit](const char* text, WPARAM start, LPARAM end) {
+            SetWindowTextA(edit, text);
+            SendMessageA(edit, EM_SETSEL, start, end);
+            PostMessageA(edit, WM_CONTEXTMENU, 0, -1);
+            return read_menu();
+        };
+        EXPECT_EQ(open_menu("", 0, 0),
+                  "[&Undo][][Cu&t][&Copy][&Paste][&Delete][]&Special ASCII[Select &All]");
+        PostMessageA(screen, WM_KEYDOWN, VK_ESCAPE, 0);
+        settle();
+        EXPECT_EQ(open_menu("a//b", 0, 3), "[&Undo][]Cu&t&Copy[&Paste]&Delete[]&Special ASCIISelect &All");
+        PostMessageA(screen, WM_CHAR, 'T', 0);
+        settle();
+        EXPECT_EQ(window_text(edit), "b");
+        EXPECT_EQ(open_menu("abc", 1, 2), "[&Undo][]Cu&t&Copy&Paste&Delete[]&Special ASCIISelect &All");
+        PostMessageA(screen, WM_CHAR, 'S', 0);
+        HWND picker = wait_for_window("Special ASCII Characters");
+        EXPECT_EQ(layout_faults(picker), std::vector<std::string>());
+        EXPECT_EQ(unreached_by_tab(picker), std::vector<int>());
+        for (const int key : {VK_SPACE, VK_HOME, VK_RETURN, VK_DOWN, VK_DOWN, VK_SPACE})
+            press_key(key); // the first finds nothing selected
+        while (focused_control(picker) != IDC_SPECIAL_TEXT)
+            press_key(VK_TAB);
+        press_key(VK_END);
+        type_text("+");
+        press_key(VK_RETURN);
+        EXPECT_EQ(window_text(edit), "a/00/02+c");
+    });
 }
 
 } // namespace

@@ -1,7 +1,6 @@
-// The context menu of edits, special characters, global data options and bar code types.
+// Global data options and bar code types.
 #include "app/dialogs.h"
 #include "program/Prog.h"
-#include "program/Prog_edits.h"
 #include "program/Prog_screens.h"
 #include "resources/control.h"
 #include "resources/define.h"
@@ -22,64 +21,6 @@ INT_PTR run_options(int dialog, DLGPROC procedure, const std::function<void(HWND
               script(screen);
           });
     return result;
-}
-
-// The captions of the open context menu, those of greyed items in brackets.
-std::string read_menu() {
-    const auto popup = [] { return FindWindowA("#32768", nullptr); };
-    wait_until([&] { return IsWindowVisible(popup()) != FALSE; }, "the context menu");
-    const auto menu = reinterpret_cast<HMENU>(SendMessageA(popup(), MN_GETHMENU, 0, 0));
-    std::string items;
-    for (UINT i = 0; i < static_cast<UINT>(GetMenuItemCount(menu)); ++i) {
-        char caption[40];
-        GetMenuStringA(menu, i, caption, sizeof caption, MF_BYPOSITION);
-        const bool greyed = (GetMenuState(menu, i, MF_BYPOSITION) & MF_GRAYED) != 0;
-        items += greyed ? '[' + std::string(caption) + ']' : caption;
-    }
-    return items;
-}
-
-TEST(OptionsScreens, ContextMenuAndSpecialCharacters) {
-    OpenClipboard(nullptr);
-    EmptyClipboard();
-    CloseClipboard();
-    run_options(DLG_GLOBAL_DATA, GLOBALDATAPROC, [](HWND screen) {
-        HWND edit = GetDlgItem(screen, IDC_GLOBAL_COMPARE);
-        remove_filter(edit);
-        install_filter(edit, EDITTABPROC); // on a numeric edit here, as it serves any
-        SendMessageA(edit, EM_LIMITTEXT, 0, 0);
-        const auto open_menu = [edit](const char* text, WPARAM start, LPARAM end) {
-            SetWindowTextA(edit, text);
-            SendMessageA(edit, EM_SETSEL, start, end);
-            PostMessageA(edit, WM_CONTEXTMENU, 0, -1);
-            return read_menu();
-        };
-        const auto choose = [screen](UINT message, WPARAM key) {
-            PostMessageA(screen, message, key, 0);
-            settle();
-        };
-        EXPECT_EQ(open_menu("", 0, 0),
-                  "[&Undo][][Cu&t][&Copy][&Paste][&Delete][]&Special ASCII[Select &All]");
-        choose(WM_KEYDOWN, VK_ESCAPE);
-        EXPECT_EQ(open_menu("a//b", 0, 3), "[&Undo][]Cu&t&Copy[&Paste]&Delete[]&Special ASCIISelect &All");
-        choose(WM_CHAR, 'T');
-        EXPECT_EQ(window_text(edit), "b");
-        EXPECT_EQ(open_menu("abc", 1, 2), "[&Undo][]Cu&t&Copy&Paste&Delete[]&Special ASCIISelect &All");
-        choose(WM_CHAR, 'S');
-        HWND picker = wait_for_window("Special ASCII Characters");
-        EXPECT_EQ(layout_faults(picker), std::vector<std::string>());
-        EXPECT_EQ(unreached_by_tab(picker), std::vector<int>());
-        for (const int key : {VK_SPACE, VK_HOME, VK_RETURN, VK_DOWN, VK_DOWN, VK_SPACE})
-            press_key(key); // the first finds nothing selected
-        while (focused_control(picker) != IDC_SPECIAL_TEXT)
-            press_key(VK_TAB);
-        press_key(VK_END);
-        type_text("+");
-        press_key(VK_RETURN);
-        EXPECT_EQ(window_text(edit), "a/00/02+c");
-        press_key(VK_RETURN); // does nothing
-        press_key(VK_ESCAPE);
-    });
 }
 
 TEST(OptionsScreens, GlobalDataOptions) {
