@@ -35,7 +35,7 @@ std::uint8_t fold(char c) {
 
 // The portable's own text form says on its first line what it is.
 bool is_own_text(std::string_view start, int file_type) {
-    return !start.empty() && fold(start.front()) == own_text_letter(file_type) &&
+    return !start.empty() && static_cast<char>(fold(start.front())) == own_text_letter(file_type) &&
            (start.size() == 1 || is_line_end(start[1]));
 }
 
