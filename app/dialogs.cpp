@@ -236,6 +236,18 @@ void show_rows(HWND dialog, int list, const std::vector<std::string>& rows, std:
     InvalidateRect(window, nullptr, TRUE);
 }
 
+void show_scroll_place(HWND bar, std::size_t first, std::size_t count, int rows) {
+    const bool fills_rows = count >= static_cast<std::size_t>(rows);
+    SCROLLINFO info{};
+    info.cbSize = sizeof info;
+    info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
+    info.nMin = 1;
+    info.nMax = fills_rows ? static_cast<int>(count) : 1;
+    info.nPage = fills_rows ? static_cast<UINT>(rows) : 1;
+    info.nPos = static_cast<int>(first);
+    SetScrollInfo(bar, SB_CTL, &info, TRUE);
+}
+
 INT_PTR take_list_key(HWND dialog, int key, int insert_command, int delete_command) {
     if (key != VK_INSERT && key != VK_DELETE)
         return KEY_LEFT_TO_LIST;

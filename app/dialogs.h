@@ -82,6 +82,10 @@ unsigned selected_entry(HWND dialog, int control, unsigned if_none);
 void show_rows(HWND dialog, int list, const std::vector<std::string>& rows, std::size_t selected,
                std::span<const int> tab_stops = {});
 
+// The scroll bar beside the edits that show `rows` of `count` lines, the one at the top being `first`,
+// from 1. When they do not fill the rows, there is nothing to scroll.
+void show_scroll_place(HWND bar, std::size_t first, std::size_t count, int rows);
+
 // The keys Insert and Delete of a list box, for two commands of its dialog; the answer to WM_VKEYTOITEM.
 INT_PTR take_list_key(HWND dialog, int key, int insert_command, int delete_command);
 

@@ -71,18 +71,6 @@ void enable_line_buttons(HWND hDlg, bool enabled) {
         EnableWindow(GetDlgItem(hDlg, control), enabled);
 }
 
-void show_scroll_bar(HWND hDlg) {
-    const bool fills_rows = record_entry_total >= VISIBLE_LINES;
-    SCROLLINFO info{};
-    info.cbSize = sizeof info;
-    info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
-    info.nMin = 1;
-    info.nMax = fills_rows ? static_cast<int>(record_entry_total) : 1;
-    info.nPage = fills_rows ? VISIBLE_LINES : 1;
-    info.nPos = static_cast<int>(record_index_base);
-    SetScrollInfo(GetDlgItem(hDlg, IDC_FILE_SCROLL), SB_CTL, &info, TRUE);
-}
-
 void enter_line(HWND hDlg, FILE_LINES& lines, int row) {
     lines.row = row;
     SendDlgItemMessageA(hDlg, IDC_FILE_LINE + row, EM_SETSEL, 0, -1);
@@ -242,7 +230,8 @@ void show_lines(HWND hDlg, FILE_LINES& lines) {
         if (is_record)
             record = goto_next_record(record);
     }
-    show_scroll_bar(hDlg);
+    show_scroll_place(GetDlgItem(hDlg, IDC_FILE_SCROLL), record_index_base, record_entry_total,
+                      VISIBLE_LINES);
     enable_repeats(hDlg, record_entry_total > 0);
     HWND focus = GetFocus();
     if (focus == nullptr || !IsWindowEnabled(focus)) // the keyboard would reach nothing

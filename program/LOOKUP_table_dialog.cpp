@@ -62,14 +62,7 @@ void show_entries(HWND hDlg, TABLE_EDITOR& editor) {
         set_own_text(hDlg, IDC_TABLE_ENTRY + row, is_entry ? entries[index] : mark);
         EnableWindow(GetDlgItem(hDlg, IDC_TABLE_ENTRY + row), is_entry);
     }
-    SCROLLINFO info{};
-    info.cbSize = sizeof info;
-    info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
-    info.nMin = 1;
-    info.nMax = fills_rows ? count : 1;
-    info.nPage = fills_rows ? VISIBLE_ENTRIES : 1;
-    info.nPos = static_cast<int>(editor.first) + 1;
-    SetScrollInfo(GetDlgItem(hDlg, IDC_TABLE_SCROLL), SB_CTL, &info, TRUE);
+    show_scroll_place(GetDlgItem(hDlg, IDC_TABLE_SCROLL), editor.first + 1, entries.size(), VISIBLE_ENTRIES);
 }
 
 // Puts what a row's edit holds into its entry; commas in it make it several.
