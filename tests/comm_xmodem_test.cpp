@@ -246,7 +246,7 @@ TEST_F(CommXmodem, FaultsAtEachPollAndEachByte) {
             }
         prepare(routine);
         line_script.status = [](LINE_STATUS&) { return 4U; };
-        line_script.is_cancel_pressed = [](std::uint32_t) { return desktop_clock > 3'000; };
+        line_script.is_cancel_pressed = [](std::uint32_t) { return desktop_clock > 10'000; };
         EXPECT_EQ(routine.run(nullptr, &port, FILE_NAME), TRANSFER_CANCELLED);
         EXPECT_EQ(line_record.counters[COUNTER::BYTES_DONE], "");
         const bool is_ascii = routine.run == ascii_send_file;
