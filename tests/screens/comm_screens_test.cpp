@@ -32,11 +32,6 @@ INT_PTR run_setup(const std::function<void(HWND)>& script) {
     return run_screen(DLG_COMM_SETUP, SETUPPROC, 0, "Communication Setup", script);
 }
 
-void expect_good_looks(HWND screen) {
-    EXPECT_EQ(layout_faults(screen), std::vector<std::string>());
-    EXPECT_EQ(unreached_by_tab(screen), std::vector<int>());
-}
-
 struct COMM_SCREENS : testing::Test {
     void SetUp() override {
         comm_settings = {};

@@ -288,3 +288,8 @@ std::vector<std::string> layout_faults(HWND dialog) {
     }
     return faults;
 }
+
+void expect_good_looks(HWND dialog) {
+    EXPECT_EQ(layout_faults(dialog), std::vector<std::string>());
+    EXPECT_EQ(unreached_by_tab(dialog), std::vector<int>());
+}

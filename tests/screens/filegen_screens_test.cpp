@@ -71,11 +71,6 @@ void open(HWND editor, const std::string& path) {
     settle();
 }
 
-void expect_good_looks(HWND dialog) {
-    EXPECT_EQ(layout_faults(dialog), std::vector<std::string>());
-    EXPECT_EQ(unreached_by_tab(dialog), std::vector<int>());
-}
-
 TEST(FileEditor, IsWorkedByKeysButtonsAndScrollBar) {
     const std::string path = path_of("lines.txt", "L\r\nLINES\r\n\r\nA\r\nB\r\nC\r\n");
     drive([] { file_generation(LOOKUP_FILE_EDITED, nullptr); },

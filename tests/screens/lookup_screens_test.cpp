@@ -21,8 +21,7 @@ std::string define(const std::string& title, std::string text, const std::functi
     };
     drive(screen, [&] {
         HWND dialog = wait_for_window(title);
-        EXPECT_EQ(layout_faults(dialog), std::vector<std::string>());
-        EXPECT_EQ(unreached_by_tab(dialog), std::vector<int>());
+        expect_good_looks(dialog);
         script(dialog);
     });
     return defined ? text : "-";

@@ -16,8 +16,7 @@ INT_PTR run_options(int dialog, DLGPROC procedure, const std::function<void(HWND
           [&] {
               HWND screen =
                   wait_for_window(dialog == DLG_GLOBAL_DATA ? "Global Data Options" : "Bar Code Types");
-              EXPECT_EQ(layout_faults(screen), std::vector<std::string>());
-              EXPECT_EQ(unreached_by_tab(screen), std::vector<int>());
+              expect_good_looks(screen);
               script(screen);
           });
     return result;

@@ -31,8 +31,7 @@ TEST(ProgrammingWindow, ShowsAFullProgram) {
             EXPECT_TRUE(IsWindowEnabled(GetDlgItem(window, control))) << control;
         EXPECT_TRUE(is_ticked(window, IDC_RECEIVED_FILES_ONLY));
         EXPECT_FALSE(is_ticked(window, IDC_ALLOW_APPEND) || is_ticked(window, IDC_AUTO_ALPHA));
-        EXPECT_EQ(layout_faults(window), std::vector<std::string>());
-        EXPECT_EQ(unreached_by_tab(window), std::vector<int>());
+        expect_good_looks(window);
         LRESULT place = 0; // of the picture too
         for (const WPARAM command : {CMD_NEW, CMD_OPEN, CMD_SAVE, CMD_EXIT})
             EXPECT_EQ(SendDlgItemMessageA(window, ID_FILE_TOOLBAR, TB_COMMANDTOINDEX, command, 0), place++);

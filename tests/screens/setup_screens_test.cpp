@@ -69,8 +69,7 @@ TEST(SetupScreens, OkKeepsWhatWasNotChanged) {
             if (item != nullptr)
                 expected.*item = 0;
         run_screen(screen.dialog, [](HWND dialog) {
-            EXPECT_EQ(layout_faults(dialog), std::vector<std::string>());
-            EXPECT_EQ(unreached_by_tab(dialog), std::vector<int>());
+            expect_good_looks(dialog);
             close_window(dialog);
         });
         run_screen(screen.dialog, [](HWND) { press_key(VK_RETURN); });
