@@ -3,32 +3,29 @@
 #include "library/LIB.h"
 #include "tests/desktop_script.h"
 
-#include <deque>
+#include <optional>
 
 namespace {
 
-struct CHOICE {
-    std::vector<std::string> rows;
-    int answer;
-};
-std::deque<CHOICE> choices;
+std::optional<std::vector<std::string>> announced_rows;
+int announced_answer;
 
 } // namespace
 
 void expect_library_member(const std::vector<std::string>& rows, int answer) {
-    choices.push_back({rows, answer});
+    announced_rows = rows;
+    announced_answer = answer;
 }
 
 bool library_questions_asked() {
-    return choices.empty();
+    return !announced_rows;
 }
 
 int choose_library_member(WINDOW, const std::vector<std::string>& rows) {
-    if (choices.empty() || (!choices.front().rows.empty() && choices.front().rows != rows))
+    if (!announced_rows || (!announced_rows->empty() && *announced_rows != rows))
         stop_test("other members offered than announced, the first of them " + rows.at(0));
-    const int answer = choices.front().answer;
-    choices.pop_front();
-    return answer;
+    announced_rows.reset();
+    return announced_answer;
 }
 
 void show_library_list(WINDOW) {}

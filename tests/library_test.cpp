@@ -47,7 +47,7 @@ TEST_F(LibraryTest, AMemberThatCannotBeReadIsReportedAndLeavesNoFile) {
     const auto reader = [](std::FILE*) -> std::int64_t { throw std::bad_alloc(); };
     expect_library_member({"Program (STOCK)", "Lookup (ITEMS)", "Setup"}, 1);
     expect_warning(OUT_OF_MEMORY_TEXT, MEMORY_CAPTION);
-    EXPECT_EQ(read_library_member(nullptr, written("FILE", library), reader), -1);
+    EXPECT_EQ(read_library_member(nullptr, written("FILE", library + std::string(7, '\0')), reader), -1);
     EXPECT_FALSE(open_file(path("TEMPORARY"), "rb"));
     desktop_temporary_file = "";
     expect_library_member({}, 0);

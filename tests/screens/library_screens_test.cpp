@@ -37,13 +37,14 @@ std::string state_of(HWND window) {
 
 TEST(Librarian, EnablesAndAsks) {
     const std::string a = temporary_path("A.PGT"), b = temporary_path("B.PGT"), x = temporary_path("x.lbt"),
-                      bad = temporary_path("bad.lbt"), taken = temporary_path("taken.lbt"),
-                      eight_nuls(8, '\0');
+                      y = temporary_path("y.lbt"), bad = temporary_path("bad.lbt"),
+                      taken = temporary_path("taken.lbt"), eight_nuls(8, '\0');
     for (const std::string& path : {a, b}) // programs that bear their names
         save_whole_file(path, std::string("\0\0\0\x12I______", 11) + path_base_name(path) + eight_nuls);
     save_whole_file(bad, "\1\1\1\1?");
     CreateDirectoryA(taken.c_str(), nullptr);
-    std::remove(x.c_str());
+    for (const std::string& path : {x, y})
+        std::remove(path.c_str());
     const char *erase = "? Delete File from Library?", *full = "X Maximum number of files allowed is 200.",
                *save = "? Save Library Changes?", *title = PROGRAM_TITLE;
     const std::vector<STEP> steps = {
@@ -74,14 +75,13 @@ TEST(Librarian, EnablesAndAsks) {
               EXPECT_EQ(layout_faults(window), std::vector<std::string>());
               EXPECT_EQ(unreached_by_tab(window), std::vector<int>());
               const STEP adds{IDC_LIBRARY_ADD, "", "Open", b}, cannot{VK_INSERT, "", "Librarian", full, IDOK},
-                  stays{VK_ESCAPE, "", title, save, IDCANCEL},
-                  saves{CMD_SAVE, "", "Save As", temporary_path("y")},
+                  stays{VK_ESCAPE, "", title, save, IDCANCEL}, saves{CMD_SAVE, "", "Save As", y},
                   refused{0, "", "File Not Found", "! The file GONE not found. Could not add to Library!",
                           IDOK},
                   leaves{CMD_EXIT, "", title, save, IDNO};
               take_steps(window, {adds, cannot, stays, saves, refused, leaves}, state_of);
           });
-    EXPECT_FALSE(open_file(temporary_path("y.lbt"), "rb"));
+    EXPECT_FALSE(open_file(y, "rb"));
 }
 
 TEST(FileExtraction, GivesTheMemberChosen) {
