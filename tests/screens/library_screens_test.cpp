@@ -72,8 +72,7 @@ TEST(Librarian, EnablesAndAsks) {
               HWND window = wait_for_window("Librarian");
               take_steps(window, steps, state_of);
               librarian.files.assign(LIBRARY_FILE_LIMIT - 1, "GONE");
-              EXPECT_EQ(layout_faults(window), std::vector<std::string>());
-              EXPECT_EQ(unreached_by_tab(window), std::vector<int>());
+              expect_good_looks(window);
               const STEP adds{IDC_LIBRARY_ADD, "", "Open", b}, cannot{VK_INSERT, "", "Librarian", full, IDOK},
                   stays{VK_ESCAPE, "", title, save, IDCANCEL}, saves{CMD_SAVE, "", "Save As", y},
                   refused{0, "", "File Not Found", "! The file GONE not found. Could not add to Library!",
