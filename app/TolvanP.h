@@ -9,8 +9,6 @@
 inline constexpr char PROGRAM_TITLE[] =
     "Tolvan Programmer V" TOLVAN_VERSION;                 // title, window class and caption of questions
 inline constexpr char COMM_TITLE[] = "Tolvan Programmer"; // caption of communication errors
-inline constexpr char OUT_OF_MEMORY_TEXT[] = "System out of memory!";
-inline constexpr char MEMORY_CAPTION[] = "Memory Allocation";
 
 // A window as logic sees it: something to hand on to the desktop. In screens it is an HWND.
 using WINDOW = void*;

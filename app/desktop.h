@@ -16,6 +16,12 @@ enum class BUTTON { OK, CANCEL, YES, NO };
 BUTTON show_message(WINDOW owner, const std::string& text, const std::string& caption, MESSAGE_ICON icon,
                     MESSAGE_BUTTONS buttons = MESSAGE_BUTTONS::OK);
 
+// Tells that memory has run out, so that what was asked for is given up. Returns -1.
+inline int report_out_of_memory(WINDOW owner) {
+    show_message(owner, "System out of memory!", "Memory Allocation", MESSAGE_ICON::WARNING);
+    return -1;
+}
+
 // The default beep.
 void beep();
 

@@ -165,6 +165,7 @@ int save_text(const std::string& file_name, int file_type) {
 
 int save_in_format(WINDOW owner, const std::string& file_name, int file_type, int format) {
     try {
+        set_name_from_path(file_name);
         return format == LOOKUP_SYSTEM_FILE ? write_lookup_sys_file(owner, file_name)
                                             : save_text(file_name, file_type);
     } catch (const std::bad_alloc&) {
@@ -201,7 +202,6 @@ int write_edit_file(WINDOW owner, const std::string& file_name, int file_type) {
         open_file(file_name, "wb"); // choosing neither leaves an emptied file
         return 0;
     }
-    set_name_from_path(file_name);
     const int result = save_in_format(owner, file_name, file_type, format);
     if (result < 0 && is_new)
         static_cast<void>(std::remove(file_name.c_str())); // nothing was saved, so no file is to show

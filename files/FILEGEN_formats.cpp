@@ -85,11 +85,6 @@ int refuse_line(WINDOW owner, std::uint32_t number) {
 
 } // namespace
 
-int report_out_of_memory(WINDOW owner) {
-    show_message(owner, OUT_OF_MEMORY_TEXT, MEMORY_CAPTION, MESSAGE_ICON::WARNING);
-    return -1;
-}
-
 TEXT_SOURCE open_source(std::FILE* file) {
     TEXT_SOURCE source{.file = file, .piece = {}, .rest = {}};
     source.size = static_cast<std::size_t>(std::max(file_length(file), std::int64_t{0}));

@@ -60,9 +60,6 @@ std::int64_t read_lookup_sys_file(WINDOW owner, std::FILE* hfile);
 // failed; an old file is then as it was.
 int write_lookup_sys_file(WINDOW owner, const std::string& file_name);
 
-// Tells that memory ran out. Returns -1.
-int report_out_of_memory(WINDOW owner);
-
 struct BOX_CLOSER {
     void operator()(STATUS_BOX* box) const {
         close_status_box(box);

@@ -56,14 +56,10 @@ struct FILE_REMOVER {
     }
 };
 
-int refuse(WINDOW owner, const char* text, const char* caption) {
-    show_message(owner, text, caption, MESSAGE_ICON::WARNING);
-    return -1;
-}
-
 int refuse_extraction(WINDOW owner) {
-    return refuse(owner, "Cannot take the file out of the library.\nThe temporary folder may be full.",
-                  "Open File");
+    show_message(owner, "Cannot take the file out of the library.\nThe temporary folder may be full.",
+                 "Open File", MESSAGE_ICON::WARNING);
+    return -1;
 }
 
 bool copy_member(std::FILE* library, const LIBRARY_MEMBER& member, const std::string& name) {
@@ -179,6 +175,6 @@ std::int64_t read_library_member(WINDOW owner, const std::string& library,
         const FILE_HANDLE file = open_file(name, "rb");
         return file ? read(file.get()) : refuse_extraction(owner);
     } catch (const std::bad_alloc&) {
-        return refuse(owner, OUT_OF_MEMORY_TEXT, MEMORY_CAPTION);
+        return report_out_of_memory(owner);
     }
 }

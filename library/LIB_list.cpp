@@ -84,11 +84,6 @@ bool take_library(const std::string& filename) {
     return is_library;
 }
 
-int report_out_of_memory(WINDOW owner) {
-    show_message(owner, OUT_OF_MEMORY_TEXT, MEMORY_CAPTION, MESSAGE_ICON::WARNING);
-    return -1;
-}
-
 int refuse_listed_file(WINDOW owner, const std::string& text, const char* caption) {
     show_message(owner, text, caption, MESSAGE_ICON::WARNING);
     return 0;

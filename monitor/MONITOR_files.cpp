@@ -13,8 +13,8 @@ constexpr char CAPTION[] = "Save File"; // of both directions
 constexpr char CANNOT_OPEN[] = "Cannot Open File.\nFile Creation Error!";
 constexpr char CANNOT_SAVE[] = "Cannot Save File.\nFile Creation Error!";
 
-bool refuse(WINDOW owner, const char* text, const char* caption = CAPTION) {
-    show_message(owner, text, caption, MESSAGE_ICON::WARNING);
+bool refuse(WINDOW owner, const char* text) {
+    show_message(owner, text, CAPTION, MESSAGE_ICON::WARNING);
     return false;
 }
 
@@ -55,7 +55,8 @@ bool open_capture_file(WINDOW owner, const std::string& file_name) {
             lines.push_back(line);
         replace_captured_lines(std::move(lines));
     } catch (const std::bad_alloc&) {
-        return refuse(owner, OUT_OF_MEMORY_TEXT, MEMORY_CAPTION);
+        report_out_of_memory(owner);
+        return false;
     }
     return true;
 }
@@ -64,6 +65,7 @@ bool save_capture_file(WINDOW owner, const std::string& file_name) {
     try {
         return save_whole_file(file_name, capture_image()) || refuse(owner, CANNOT_SAVE);
     } catch (const std::bad_alloc&) {
-        return refuse(owner, OUT_OF_MEMORY_TEXT, MEMORY_CAPTION);
+        report_out_of_memory(owner);
+        return false;
     }
 }

@@ -38,7 +38,7 @@ bool start_line() {
         captured_text.lines.push_back({});
     } catch (const std::bad_alloc&) {
         captured_text.out_of_memory = true;
-        show_message(nullptr, OUT_OF_MEMORY_TEXT, MEMORY_CAPTION, MESSAGE_ICON::WARNING);
+        report_out_of_memory(nullptr);
         return false;
     }
     drawn_view.stale_from = std::min(drawn_view.stale_from, captured_text.lines.size() - 1);

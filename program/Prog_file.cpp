@@ -139,7 +139,7 @@ int load_program_within_memory(std::FILE* file) {
         return load_program(file);
     } catch (const std::bad_alloc&) {
         free_prog_memory();
-        show_warning(OUT_OF_MEMORY_TEXT, MEMORY_CAPTION);
+        report_out_of_memory(nullptr);
         return 0;
     }
 }
@@ -178,6 +178,20 @@ int refuse_save(const std::string& text) {
     return 0;
 }
 
+// Result as of save_program_file, for a program whose file fits into memory.
+int save_checked_program(const std::string& file_name) {
+    std::string refusal = check_fields_before_save();
+    if (refusal.empty())
+        refusal = update_counts_and_flags();
+    if (!refusal.empty())
+        return refuse_save(refusal);
+    const std::string image = program_image();
+    if (!save_with_checksum(file_name, image, PROGRAM_CHECKSUM))
+        return refuse_save("Cannot Save Program File.\nFile Creation Error!");
+    program_header.file_size = static_cast<std::uint32_t>(image.size());
+    return 1;
+}
+
 } // namespace
 
 int open_program_file(WINDOW owner, const std::string& file_name) {
@@ -198,14 +212,10 @@ int open_program_file(WINDOW owner, const std::string& file_name) {
 }
 
 int save_program_file(const std::string& file_name) {
-    std::string refusal = check_fields_before_save();
-    if (refusal.empty())
-        refusal = update_counts_and_flags();
-    if (!refusal.empty())
-        return refuse_save(refusal);
-    const std::string image = program_image();
-    if (!save_with_checksum(file_name, image, PROGRAM_CHECKSUM))
-        return refuse_save("Cannot Save Program File.\nFile Creation Error!");
-    program_header.file_size = static_cast<std::uint32_t>(image.size());
-    return 1;
+    try {
+        return save_checked_program(file_name);
+    } catch (const std::bad_alloc&) {
+        report_out_of_memory(nullptr);
+        return 0;
+    }
 }

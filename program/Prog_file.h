@@ -11,6 +11,6 @@
 int open_program_file(WINDOW owner, const std::string& file_name);
 
 // Runs the save checks, brings counts and flags up to date and writes the file. Returns 1, or 0 when a check
-// fails or the file cannot be written (both reported; an old file is then as it was). A save refused after
-// the flag pass has already rewritten flags, masks and conditions.
+// fails, the file cannot be written or memory runs out (all reported; an old file is then as it was). A save
+// refused after the flag pass has already rewritten flags, masks and conditions.
 int save_program_file(const std::string& file_name);

@@ -125,7 +125,7 @@ unsigned char load_setup_within_memory(std::FILE* file, const FILE_START& start)
     try {
         return load_setup(file, start);
     } catch (const std::bad_alloc&) {
-        show_warning(OUT_OF_MEMORY_TEXT, MEMORY_CAPTION);
+        report_out_of_memory(nullptr);
         return 0;
     }
 }
@@ -151,8 +151,12 @@ void reset_setups() {
 }
 
 void save_setup_file(const std::string& filename) {
-    if (!save_with_checksum(filename, setup_image(), SETUP_CHECKSUM))
-        show_warning("Cannot Save Setup File.\nFile Creation Error!", SAVE_CAPTION);
+    try {
+        if (!save_with_checksum(filename, setup_image(), SETUP_CHECKSUM))
+            show_warning("Cannot Save Setup File.\nFile Creation Error!", SAVE_CAPTION);
+    } catch (const std::bad_alloc&) {
+        report_out_of_memory(nullptr);
+    }
 }
 
 unsigned char open_setup_file(const std::string& filename) {

@@ -179,7 +179,7 @@ TEST_F(FilegenFormatsTest, ALargeFileIsReadUntilMemoryEnds) {
     expect_saved("LARGE.LKT", LOOKUP, LOOKUP_SYSTEM_FILE, 1);
     most_memchunks = 3;
     for (const std::string& bytes : {text, read_bytes(path("LARGE.LKT"))}) {
-        expect_opened(bytes, LOOKUP, {-1, OUT_OF_MEMORY_TEXT, MEMORY_CAPTION});
+        expect_opened(bytes, LOOKUP, {-1, "System out of memory!", "Memory Allocation"});
         EXPECT_GT(record_count(), 1000U) << "what was read stays";
     }
     most_memchunks = std::string::npos;

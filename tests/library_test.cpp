@@ -46,7 +46,7 @@ protected:
 TEST_F(LibraryTest, AMemberThatCannotBeReadIsReportedAndLeavesNoFile) {
     const auto reader = [](std::FILE*) -> std::int64_t { throw std::bad_alloc(); };
     expect_library_member({"Program (STOCK)", "Lookup (ITEMS)", "Setup"}, 1);
-    expect_warning(OUT_OF_MEMORY_TEXT, MEMORY_CAPTION);
+    expect_warning("System out of memory!", "Memory Allocation");
     EXPECT_EQ(read_library_member(nullptr, written("FILE", library + std::string(7, '\0')), reader), -1);
     EXPECT_FALSE(open_file(path("TEMPORARY"), "rb"));
     desktop_temporary_file = "";
