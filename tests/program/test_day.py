@@ -65,8 +65,8 @@ PREPARES = [
     "SOF Text: ", ID.CMD_SPECIAL_ASCII, shows("Special ASCII Characters"), row(49), "Add", row(14), "Add",
     picture("characters"), "Done", shows(programming.WINDOW),
     programming.saves(WORK / "COUNT.PGT", "Programming (COUNT)"), picture("programming"), ID.CMD_EXIT,
-    shows(programming.MAIN), ID.CMD_CODE39, shows("Code 39 Options"), "Full ASCII|OK", shows(programming.MAIN),
-    ID.CMD_SAVE_SETUP, shows("Save As"), WORK / "SHOP.CFT", shows(MAIN), settled, picture("main"),
+    shows(programming.MAIN), ID.CMD_CODE39, shows("Code 39 Options"), "Full ASCII", picture("setup"), "OK",
+    shows(programming.MAIN), ID.CMD_SAVE_SETUP, shows("Save As"), WORK / "SHOP.CFT", shows(MAIN), settled, picture("main"),
     ID.CMD_LOOKUP_EDITOR, shows(files.LOOKUP), files.opens(WORK / "people.csv", files.IMPORT), files.TOGGLE[1:3],
     picture("import"), "Translate", shows(files.LOOKUP), settled, ["1: |Delete", settled] * 2, "5: M\xFCller",
     files.saves(WORK / "PEOPLE.LKT", files.AS_SYSTEM), picture("edit-lookup"), IDCANCEL, shows(MAIN), library.START[1:],
@@ -75,7 +75,9 @@ PREPARES = [
     ID.CMD_COMM_SETUP, shows("Communication Setup"), "File mode: I", picture("comm-setup"), "OK", shows(MAIN)]
 LOOKS = [
     ID.CMD_DATA_EDITOR, shows(files.DATA), files.opens(WORK / NAMES[1], files.DATA),
-    holds("Data Filename: COUNT|Program Name: COUNT|1: 4711|2: 0700|3: M\xFCller|4: BLUE|5: 7"), IDCANCEL, shows(MAIN)]
+    holds("Data Filename: COUNT|Program Name: COUNT|1: 4711|2: 0700|3: M\xFCller|4: BLUE|5: 7"), picture("edit-data"), IDCANCEL,
+    shows(MAIN), ID.CMD_RECEIVE, shows("Enter Filename To Receive"), WORK / "COUNT.DAT", shows("Receive File"),
+    picture("receive"), "Close", shows(MAIN)]
 UPGRADES = [
     shows(MAIN), ID.CMD_UPGRADE, shows(UPGRADE, WARNING), IDYES, shows(SEND_TITLE), WORK / "NEW.UPG", shows(UPGRADE),
     waits("Status: File OK"), picture("flash"), "Close", shows(MAIN)]
