@@ -126,10 +126,6 @@ void update_sendreceive_status(HWND screen) {
 }
 
 // Unlike SetFocus this also moves the mark of the default button.
-void focus_on(HWND screen, int control) {
-    SendMessageA(screen, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(screen, control)), TRUE);
-}
-
 // --- the choice of a file ---
 
 void show_file_size(HWND screen) {
@@ -150,7 +146,7 @@ void take_file(HWND screen, const std::string& path, const std::string& shown_na
     if (current.action->block_size != 0)
         show_file_size(screen);
     EnableWindow(GetDlgItem(screen, IDOK), TRUE);
-    focus_on(screen, IDOK);
+    move_focus(screen, IDOK);
 }
 
 FILE_DIALOG send_dialog(HWND screen, std::span<const FILE_FILTER> filters, std::string& directory) {
@@ -252,7 +248,7 @@ void run_transfer(HWND screen) {
     const bool quick_start = quick_start_flag;
     quick_start_flag = false;
     current.transferring = true;
-    focus_on(screen, IDOK); // before the control that has the focus is disabled
+    move_focus(screen, IDOK); // before the control that has the focus is disabled
     enable_commands(screen, false);
     current.action->transfer(screen, current.path);
     enable_commands(screen, true);

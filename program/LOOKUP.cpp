@@ -11,7 +11,6 @@ namespace {
 
 constexpr char SEPARATOR = ',';
 constexpr char MESSAGE_MARK = '?';
-constexpr char VALUE_ENDS[] = ",?"; // neither can stand in a value
 constexpr std::size_t TARGET_DIGITS = 2;
 constexpr unsigned HIGHEST_LOOKUP_ROW = 3;
 constexpr char ROWS_CAPTION[] = "Lookup File Definition";
@@ -182,7 +181,7 @@ void replace_lookup_entry(LOOKUP_TABLE& table, std::size_t index, std::string_vi
     table.entries.insert(place, parts.begin(), parts.end());
 }
 
-LOOKUP_FAULT find_lookup_file_fault(const LOOKUP_FILE& file) {
+EDIT_FAULT find_lookup_file_fault(const LOOKUP_FILE& file) {
     const unsigned start_row = row_number(file.start_row);
     const unsigned end_row = row_number(file.end_row);
     if (start_row > HIGHEST_LOOKUP_ROW || end_row > HIGHEST_LOOKUP_ROW)

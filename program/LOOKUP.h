@@ -6,6 +6,8 @@
 // The letters up to the first comma are read in either case, and letters without a meaning are skipped.
 #pragma once
 
+#include "program/Prog.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,6 +41,8 @@ struct LOOKUP_FILE : LOOKUP_OPTIONS {
     std::string end_row = "1";
 };
 
+inline constexpr std::string_view VALUE_ENDS = ",?"; // neither can stand in a value
+
 // The values behind the options of a file's lookup string, in order, with the characters that each may have,
 // a token counting as one.
 struct LOOKUP_VALUE {
@@ -65,13 +69,9 @@ std::string lookup_file_text(const LOOKUP_FILE& file);
 // behind one would be taken for the message. What the string has no room for is cut.
 void replace_lookup_entry(LOOKUP_TABLE& table, std::size_t index, std::string_view text);
 
-// The first check that a file definition fails; an empty text when it passes all. Sets `target` to the target
-// field's number, or to 0 when that is too high.
-struct LOOKUP_FAULT {
-    std::string text;
-    std::string caption;
-};
-LOOKUP_FAULT find_lookup_file_fault(const LOOKUP_FILE& file);
+// The first check that a file definition fails. Sets `target` to the target field's number, or to 0 when that
+// is too high.
+EDIT_FAULT find_lookup_file_fault(const LOOKUP_FILE& file);
 
 // The two display lines, 20 cells each, of a message as typed, or of the portable's own when it is empty.
 std::vector<std::string> lookup_message_lines(const std::string& message, bool is_table);

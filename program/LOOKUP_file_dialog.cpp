@@ -17,7 +17,6 @@
 namespace {
 
 constexpr std::size_t TARGET_LIMIT = 3; // digits that can be typed
-constexpr char NAME_ENDS[] = {',', '?'};
 constexpr FILE_FILTER LOOKUP_FILTERS[] = {{"Lookup Files(*.LKT)", "*.lkt"}, {"All Files(*.*)", "*.*"}};
 
 struct FILE_EDITOR {
@@ -53,7 +52,7 @@ constexpr struct {
 
 // Filter for the name's edit: refuses with a beep what would end the name in the string.
 LRESULT CALLBACK LNAMEPROC(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_CHAR && std::ranges::count(NAME_ENDS, static_cast<char>(wParam)) != 0) {
+    if (message == WM_CHAR && VALUE_ENDS.find(static_cast<char>(wParam)) != std::string_view::npos) {
         beep();
         return 0;
     }
@@ -110,7 +109,7 @@ void finish_file_editor(HWND hDlg, FILE_EDITOR& editor) {
         return;
     }
     read_file_editor(hDlg, editor);
-    const LOOKUP_FAULT fault = find_lookup_file_fault(editor.file);
+    const EDIT_FAULT fault = find_lookup_file_fault(editor.file);
     if (!fault.text.empty()) {
         show_message(hDlg, fault.text, fault.caption, MESSAGE_ICON::STOP);
         return;

@@ -131,6 +131,12 @@ struct GLOBAL_DATA_OPTIONS {
     std::int32_t mult_field_operator = 0; // 1 add, 2 subtract, 3 multiply, 4 divide
 };
 
+// What the first check that fails has against the operator's edits; an empty text when they pass all.
+struct EDIT_FAULT {
+    std::string text;
+    std::string caption;
+};
+
 // The one open program and what its editors share beside it.
 extern PROGRAM_HEADER program_header;
 extern GLOBAL_DATA_OPTIONS global_options;

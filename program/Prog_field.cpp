@@ -99,9 +99,6 @@ void apply_source_rules(HWND dialog) {
 
 // What the field's place in the program and its own boxes forbid, whatever its type and source.
 void apply_place_rules(HWND dialog) {
-    const auto is_header = [](const FIELD_DEFINITION& field) {
-        return (field.bit_values1 & HEADER_INPUT) != 0;
-    };
     const FIELD_HANDLE field = current_handle();
     const FIELD_HANDLE next = std::next(field);
     const bool has_previous = field != program_header.fields.begin();
@@ -246,7 +243,7 @@ void save_fielddefproc(HWND dialog) {
 }
 
 bool valid_fields(HWND dialog) {
-    const FIELD_FAULT fault = find_field_fault(read_edits(dialog));
+    const EDIT_FAULT fault = find_field_fault(read_edits(dialog));
     if (fault.text.empty())
         return true;
     show_message(dialog, fault.text, fault.caption, MESSAGE_ICON::STOP);

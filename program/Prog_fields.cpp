@@ -145,7 +145,7 @@ void derive_global_options(bool reset) {
     }
 }
 
-FIELD_FAULT find_field_fault(const FIELD_EDITS& edits) {
+EDIT_FAULT find_field_fault(const FIELD_EDITS& edits) {
     // Wide enough for whatever is typed.
     const std::int64_t rows = std::int64_t{edits.end_row} - edits.start_row;
     const std::int64_t columns = std::int64_t{edits.end_col} - edits.start_col;

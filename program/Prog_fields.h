@@ -43,12 +43,8 @@ struct FIELD_EDITS {
     std::string input_mask; // escaped text
 };
 
-// The first check that the edits fail; an empty text when they pass all.
-struct FIELD_FAULT {
-    std::string text;
-    std::string caption;
-};
-FIELD_FAULT find_field_fault(const FIELD_EDITS& edits);
+// The first check that the edits fail.
+EDIT_FAULT find_field_fault(const FIELD_EDITS& edits);
 
 // Replaces the selected field by `edited`, a copy of it with the edits in it, notes its lookup definition as
 // the one last edited, and marks the program changed. Nothing happens on the end row.

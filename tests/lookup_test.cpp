@@ -81,7 +81,7 @@ TEST(LookupTest, AFileIsCheckedInOrderAndItsTargetNoted) {
         LOOKUP_FILE file = parse_lookup_file(c.text);
         file.target_field = c.target_field;
         target = 55;
-        const LOOKUP_FAULT fault = find_lookup_file_fault(file);
+        const EDIT_FAULT fault = find_lookup_file_fault(file);
         EXPECT_EQ(fault.text + (fault.text.empty() ? "" : "|") + fault.caption, c.fault);
         EXPECT_EQ(target, c.target) << c.fault;
     }

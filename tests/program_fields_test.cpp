@@ -90,7 +90,7 @@ TEST_F(ProgramFieldsTest, ChecksReportTheFirstFault) {
         {{sum, 0, 0, 0, 19, 250, 0, "", "D/44"}, ""},
     };
     for (const auto& [edits, message] : cases) {
-        const FIELD_FAULT fault = find_field_fault(edits);
+        const EDIT_FAULT fault = find_field_fault(edits);
         EXPECT_EQ(fault.text.empty() ? "" : fault.text + '|' + fault.caption, message);
     }
 }
