@@ -103,6 +103,25 @@ void tick(HWND dialog, int box, bool ticked) {
     CheckDlgButton(dialog, box, ticked ? BST_CHECKED : BST_UNCHECKED);
 }
 
+INT_PTR run_choice_dialog(HWND dialog, UINT message, WPARAM wParam, std::span<const RADIO_CHOICE> choices) {
+    switch (message) {
+    case WM_INITDIALOG:
+        center_window(dialog);
+        tick(dialog, choices.front().button, true);
+        return TRUE;
+    case WM_COMMAND:
+        if (LOWORD(wParam) == IDCANCEL)
+            EndDialog(dialog, 0);
+        else if (LOWORD(wParam) == IDOK)
+            for (const RADIO_CHOICE& choice : choices)
+                if (is_ticked(dialog, choice.button))
+                    EndDialog(dialog, choice.result);
+        return TRUE;
+    default:
+        return FALSE;
+    }
+}
+
 bool answers_yes(HWND owner, const std::string& question) {
     return show_message(owner, question, PROGRAM_TITLE, MESSAGE_ICON::QUESTION, MESSAGE_BUTTONS::YES_NO) ==
            BUTTON::YES;

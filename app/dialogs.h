@@ -29,6 +29,14 @@ void set_control_text(HWND dialog, int control, const std::string& text);
 bool is_ticked(HWND dialog, int box);
 void tick(HWND dialog, int box, bool ticked);
 
+// Serves a dialog that asks for one of its radio buttons; the first one is ticked when it opens. Its result
+// is that of the button ticked, or 0 for Cancel.
+struct RADIO_CHOICE {
+    int button;
+    INT_PTR result;
+};
+INT_PTR run_choice_dialog(HWND dialog, UINT message, WPARAM wParam, std::span<const RADIO_CHOICE> choices);
+
 // Asks a Yes/No question under the program's title.
 bool answers_yes(HWND owner, const std::string& question);
 

@@ -238,20 +238,9 @@ INT_PTR CALLBACK EXTRACTDBASEPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM
 // --- format ---
 
 INT_PTR CALLBACK LOOKUPFILECHOICEPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM /*lParam*/) {
-    switch (message) {
-    case WM_INITDIALOG:
-        center_window(hDlg);
-        CheckRadioButton(hDlg, IDC_FORMAT_SYSTEM, IDC_FORMAT_ASCII, IDC_FORMAT_SYSTEM);
-        return TRUE;
-    case WM_COMMAND:
-        if (LOWORD(wParam) == IDOK)
-            EndDialog(hDlg, is_ticked(hDlg, IDC_FORMAT_SYSTEM) ? LOOKUP_SYSTEM_FILE : LOOKUP_ASCII_FILE);
-        else if (LOWORD(wParam) == IDCANCEL)
-            EndDialog(hDlg, 0);
-        return TRUE;
-    default:
-        return FALSE;
-    }
+    static constexpr RADIO_CHOICE FORMATS[] = {{IDC_FORMAT_SYSTEM, LOOKUP_SYSTEM_FILE},
+                                               {IDC_FORMAT_ASCII, LOOKUP_ASCII_FILE}};
+    return run_choice_dialog(hDlg, message, wParam, FORMATS);
 }
 
 } // namespace

@@ -33,22 +33,10 @@ bool is_edit(WPARAM notification) {
 
 namespace {
 
-// The result is the chosen button's identifier, or 0.
 INT_PTR CALLBACK LOOKUPCHOICEPROC(HWND hDlg, UINT message, WPARAM wParam, LPARAM /*lParam*/) {
-    switch (message) {
-    case WM_INITDIALOG:
-        center_window(hDlg);
-        tick(hDlg, IDC_CHOICE_FILE, true);
-        return TRUE;
-    case WM_COMMAND:
-        if (LOWORD(wParam) == IDOK)
-            EndDialog(hDlg, is_ticked(hDlg, IDC_CHOICE_TABLE) ? IDC_CHOICE_TABLE : IDC_CHOICE_FILE);
-        else if (LOWORD(wParam) == IDCANCEL)
-            EndDialog(hDlg, 0);
-        return TRUE;
-    default:
-        return FALSE;
-    }
+    static constexpr RADIO_CHOICE KINDS[] = {{IDC_CHOICE_FILE, IDC_CHOICE_FILE},
+                                             {IDC_CHOICE_TABLE, IDC_CHOICE_TABLE}};
+    return run_choice_dialog(hDlg, message, wParam, KINDS);
 }
 
 } // namespace
