@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstring>
 #include <new>
 #include <optional>
 
@@ -111,22 +113,33 @@ std::int64_t import_file(WINDOW owner, TEXT_SOURCE& source,
     }
 }
 
-// dBase tables. Their numbers are little-endian, unlike those of the system's own files.
-//
-//   header       0 version, 1 last_update (3), 4 records (4), 8 header_length (2), 10 record_length (2),
-//                12 reserved (20)
-//   descriptors  one a field: 0 field_name (11), 11 field_type, 12 addr (4), 16 field_length,
-//                17 decimal_length, 18 reserved (14)
-//   terminator   one byte
-//   rows         status byte, then the fields' bytes; a byte 0x1A behind the last row
+// dBase tables: the header, a descriptor for each field, a terminator of one byte, and the rows. A row is a
+// status byte and the fields' bytes; a byte 0x1A stands behind the last row. Numbers are little-endian, as
+// the host's are and those of the system's own files are not.
 
-constexpr std::array<unsigned char, 7> DBASE_VERSIONS = {0x03, 0x04, 0x05, 0x83, 0x84, 0x85, 0xF5};
-constexpr std::size_t DBASE_DESCRIPTOR_SIZE = 32;
+struct DBASE_HEADER {
+    std::uint8_t version;
+    std::uint8_t last_update[3];
+    std::uint32_t records;
+    std::uint16_t header_length;
+    std::uint16_t record_length; // with the status byte; a claim
+    std::uint8_t reserved[20];
+};
+static_assert(sizeof(DBASE_HEADER) == DBASE_HEADER_SIZE && std::endian::native == std::endian::little);
+
+struct DBASE_FIELD_DESCRIPTOR {
+    char field_name[11]; // a NUL ends a shorter one
+    char field_type;
+    std::uint8_t addr[4];
+    std::uint8_t field_length;
+    std::uint8_t decimal_length;
+    std::uint8_t reserved[14];
+};
+constexpr std::size_t DBASE_DESCRIPTOR_SIZE = sizeof(DBASE_FIELD_DESCRIPTOR);
+static_assert(DBASE_DESCRIPTOR_SIZE == 32);
+
+constexpr std::array<std::uint8_t, 7> DBASE_VERSIONS = {0x03, 0x04, 0x05, 0x83, 0x84, 0x85, 0xF5};
 constexpr std::size_t DBASE_TERMINATOR_SIZE = 1;
-constexpr std::size_t DBASE_HEADER_LENGTH = 8; // offsets
-constexpr std::size_t DBASE_RECORD_LENGTH = 10;
-constexpr std::size_t DBASE_FIELD_LENGTH = 16;
-constexpr std::size_t DBASE_NAME_SIZE = 11;
 
 constexpr char DBASE_DELETED = '*'; // status bytes
 constexpr char DBASE_VALID = ' ';
@@ -134,14 +147,8 @@ constexpr char DBASE_END = '\x1A';
 
 struct DBASE_TABLE {
     std::size_t field_count;
-    std::size_t dbase_record_length; // with the status byte; a claim
+    std::size_t dbase_record_length;
 };
-
-std::size_t little_endian_word(std::string_view bytes, std::size_t offset) {
-    const auto low = static_cast<unsigned char>(bytes[offset]);
-    const auto high = static_cast<unsigned char>(bytes[offset + 1]);
-    return low | static_cast<std::size_t>(high) << 8;
-}
 
 // A large lookup system file starts with a byte like a version too: the highest of its length. No table has
 // its own length there.
@@ -153,13 +160,14 @@ bool is_lookup_system_file(std::string_view start, std::size_t size) {
 std::optional<DBASE_TABLE> read_dbase_header(std::string_view start, std::size_t size) {
     if (start.size() < DBASE_HEADER_SIZE || is_lookup_system_file(start, size))
         return {};
-    const auto version = static_cast<unsigned char>(start.front());
-    const std::size_t header_length = little_endian_word(start, DBASE_HEADER_LENGTH);
-    if (std::find(DBASE_VERSIONS.begin(), DBASE_VERSIONS.end(), version) == DBASE_VERSIONS.end() ||
-        header_length < DBASE_HEADER_SIZE + DBASE_TERMINATOR_SIZE)
+    DBASE_HEADER header;
+    std::memcpy(&header, start.data(), sizeof header);
+    if (std::find(DBASE_VERSIONS.begin(), DBASE_VERSIONS.end(), header.version) == DBASE_VERSIONS.end() ||
+        header.header_length < DBASE_HEADER_SIZE + DBASE_TERMINATOR_SIZE)
         return {};
-    return DBASE_TABLE{(header_length - DBASE_HEADER_SIZE - DBASE_TERMINATOR_SIZE) / DBASE_DESCRIPTOR_SIZE,
-                       little_endian_word(start, DBASE_RECORD_LENGTH)};
+    return DBASE_TABLE{(header.header_length - DBASE_HEADER_SIZE - DBASE_TERMINATOR_SIZE) /
+                           DBASE_DESCRIPTOR_SIZE,
+                       header.record_length};
 }
 
 std::string_view up_to_nul(std::string_view text) {
@@ -170,11 +178,13 @@ std::string_view up_to_nul(std::string_view text) {
 bool read_dbase_fields(TEXT_SOURCE& source, std::vector<FIELD_DESCRIPTOR>& fields) {
     for (FIELD_DESCRIPTOR& field : fields) {
         fill_source(source, DBASE_DESCRIPTOR_SIZE + DBASE_TERMINATOR_SIZE);
-        const std::string_view descriptor = take_bytes(source, DBASE_DESCRIPTOR_SIZE);
-        if (descriptor.size() < DBASE_DESCRIPTOR_SIZE)
+        const std::string_view bytes = take_bytes(source, DBASE_DESCRIPTOR_SIZE);
+        if (bytes.size() < DBASE_DESCRIPTOR_SIZE)
             return false;
-        name_field(field, up_to_nul(descriptor.substr(0, DBASE_NAME_SIZE)));
-        field.field_length = static_cast<std::uint8_t>(descriptor[DBASE_FIELD_LENGTH]);
+        DBASE_FIELD_DESCRIPTOR descriptor;
+        std::memcpy(&descriptor, bytes.data(), sizeof descriptor);
+        name_field(field, up_to_nul({descriptor.field_name, sizeof descriptor.field_name}));
+        field.field_length = descriptor.field_length;
     }
     take_bytes(source, DBASE_TERMINATOR_SIZE);
     return true;
