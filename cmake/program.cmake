@@ -85,9 +85,12 @@ if(EXISTS ${GOOGLETEST_SOURCE}/CMakeLists.txt)
     target_link_libraries(screen_tests PRIVATE tolvan_screens gtest)
 endif()
 
-# Drives the running program from another process: one command a line, one answer a line.
-add_executable(drive tests/program/drive.cpp)
-target_link_libraries(drive PRIVATE tolvan_options user32)
+# The program tests start the program by the one and call Windows inside it through the other.
+add_executable(launch tests/program/launch.cpp)
+target_link_libraries(launch PRIVATE tolvan_options)
+add_library(bridge MODULE tests/program/bridge.cpp)
+set_target_properties(bridge PROPERTIES PREFIX "")
+target_link_libraries(bridge PRIVATE tolvan_options user32)
 
 # Start-up against that of Wine's notepad; built only when it is asked for.
 add_executable(start_up_bench EXCLUDE_FROM_ALL bench/start_up.cpp)

@@ -8,8 +8,6 @@ import time
 import traceback
 import unittest
 
-import tolvan
-
 SUITE_LIMIT = 1100  # seconds, after which everything is given up with a trace
 
 
@@ -55,7 +53,6 @@ def main():
     suite = loader.discover(str(pathlib.Path(__file__).parent))
     result = MarkedResult()
     suite.run(result)
-    tolvan.desktop.close()
     print(f"[==========] {result.testsRun} tests ran.")
     return 0 if result.wasSuccessful() else 1
 

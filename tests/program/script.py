@@ -7,20 +7,26 @@ below. Whatever opens or closes a window is followed by shows(), which finds the
 
 import fnmatch
 import os
+import re
 
-from tolvan import (BM_GETCHECK, FILE_NAME_EDIT, IDOK, LB_GETITEMHEIGHT, LB_GETTOPINDEX, LB_SETTOPINDEX, TITLE,
-                    WM_KEYDOWN, WM_NEXTDLGCTL, WM_NULL, Program, ProgramTest, Window, desktop, wait_for, windows_path)
+from looks import is_own, looks
+from tolvan import (FILE_NAME_EDIT, IDOK, LB_GETITEMHEIGHT, LB_GETTOPINDEX, LB_SETTOPINDEX, TITLE, WM_KEYDOWN,
+                    WM_NEXTDLGCTL, Program, ProgramTest, focused, press, settle, wait_for, windows_path)
 
 VK_TAB, VK_RETURN, VK_UP, VK_DOWN, VK_INSERT, VK_DELETE = 0x09, 0x0D, 0x26, 0x28, 0x2D, 0x2E
+LOOKED_AT = set()  # dialogs by their titles
 
 
 def run(program, *script):
     for step in script:
         if callable(step):
             step(program)
-        elif isinstance(step, list):
+            continue
+        if isinstance(step, list):
             run(program, *step)
-        elif isinstance(step, int):
+            continue
+        settle()
+        if isinstance(step, int):
             program.screen.command(step)
         elif isinstance(step, str):
             for part in step.split("|"):
@@ -38,26 +44,25 @@ def shows(title, text=None):
 
         def is_there():
             program.screen = program.front()
-            return program.screen and fnmatch.fnmatchcase(program.screen.known["text"], title) and (
-                text is None or program.screen.label_text() == text) and is_done(left, program.screen)
+            return program.screen and fnmatch.fnmatchcase(program.screen.text(), title) and (
+                text is None or program.screen.message() == text) and is_done(left, program.screen)
         try:
             wait_for((title, text), is_there)
         except AssertionError as error:
-            shown = program.screen and (program.screen.known["text"], program.screen.label_text())
+            shown = program.screen and (program.screen.text(), program.screen.message())
             raise AssertionError(f"{error}; there is {shown}") from None
+        settle()  # a title may change before a file is written
+        name = re.split("[(#]", program.screen.text())[0]
+        if name not in LOOKED_AT and program.screen != program.main and is_own(program.screen):
+            LOOKED_AT.add(name)
+            looks(program)
     return wait
 
 
 def is_done(left, front):
     """Whether the window that was left takes no more: one that is ending may still swallow what is meant for its owner,
     which is in front by then."""
-    known = left and left.handle != front.handle and left.now()
-    return not (known and known["enabled"])
-
-
-def settled(program):
-    """Waits until the program has done what it is at: a title may change before a file is written."""
-    program.screen.send(WM_NULL)
+    return not (left and left != front and left.alive() and left.enabled())
 
 
 def asks(text, answer, then, title=TITLE):
@@ -65,7 +70,7 @@ def asks(text, answer, then, title=TITLE):
 
 
 def the_list(program):
-    return next(child for child in program.screen.children() if child.known["class"] == "ListBox")
+    return next(child for child in program.screen.children() if child.kind() == "ListBox")
 
 
 def row(number):
@@ -76,23 +81,12 @@ def row(number):
         rows.send(LB_SETTOPINDEX, index)
         height = rows.send(LB_GETITEMHEIGHT)
         rows.push(5, (index - rows.send(LB_GETTOPINDEX)) * height + height // 2)
-        wait_for("the list to have the focus", lambda: focused(program).handle == rows.handle)
+        wait_for("the list to have the focus", lambda: focused() == rows)
     return click
 
 
-def focused(program):
-    return Window({"handle": int(desktop.ask("focus", program.screen.handle))})
-
-
-def key(code, text=None):
-    """Presses a key that takes the focus elsewhere, and types there."""
-    def press(program):
-        before = focused(program)
-        before.post(WM_KEYDOWN, code)
-        wait_for(f"the key {code:#x} to move the focus", lambda: focused(program).handle != before.handle)
-        if text:
-            focused(program).type_here(text)
-    return press
+def key(*keys):
+    return lambda program: press(*keys)
 
 
 def spin(label, directions):
@@ -125,7 +119,7 @@ def holds(values):
         for part in values.split("|"):
             label, colon, value = part.partition(": ")
             found = program.screen.find(label)
-            held = found[1].text() if colon else found[0].send(BM_GETCHECK)
+            held = found[1].text() if colon else found[0].ticked()
             assert held == (value if colon else 1), f"{label} {held!r} instead of {part!r}"
     return compare
 

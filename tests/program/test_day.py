@@ -11,7 +11,7 @@ import time
 import test_files as files
 import test_library as library
 import test_programming as programming
-from script import VK_RETURN, ScriptTest, closes, holds, key, row, run, settled, shows, spin
+from script import VK_RETURN, ScriptTest, closes, holds, key, row, run, shows, spin
 from test_monitor import captured
 from test_shell import RESET_ITEMS, setup_file
 from test_transfer import SEND_TITLE, WARNING
@@ -26,7 +26,7 @@ def picture(name):
     def take(program):
         if PICTURES:
             time.sleep(0.5)  # until it is painted
-            left, top, right, bottom = program.screen.now()["rect"]
+            left, top, right, bottom = program.screen.place()
             subprocess.check_call(["import", "-window", "root", "-crop", f"{right - left}x{bottom - top}+{left}+{top}",
                                    "+repage", "-strip", "+dither", "-colors", "64", f"PNG8:{PICTURES}/{name}.png"])
     return take
@@ -66,9 +66,9 @@ PREPARES = [
     picture("characters"), "Done", shows(programming.WINDOW),
     programming.saves(WORK / "COUNT.PGT", "Programming (COUNT)"), picture("programming"), ID.CMD_EXIT,
     shows(programming.MAIN), ID.CMD_CODE39, shows("Code 39 Options"), "Full ASCII", picture("setup"), "OK",
-    shows(programming.MAIN), ID.CMD_SAVE_SETUP, shows("Save As"), WORK / "SHOP.CFT", shows(MAIN), settled, picture("main"),
+    shows(programming.MAIN), ID.CMD_SAVE_SETUP, shows("Save As"), WORK / "SHOP.CFT", shows(MAIN), picture("main"),
     ID.CMD_LOOKUP_EDITOR, shows(files.LOOKUP), files.opens(WORK / "people.csv", files.IMPORT), files.TOGGLE[1:3],
-    picture("import"), "Translate", shows(files.LOOKUP), settled, ["1: |Delete", settled] * 2, "5: M\xFCller",
+    picture("import"), "Translate", shows(files.LOOKUP), ["1: |Delete"] * 2, "5: M\xFCller",
     files.saves(WORK / "PEOPLE.LKT", files.AS_SYSTEM), picture("edit-lookup"), IDCANCEL, shows(MAIN), library.START[1:],
     [library.adds(WORK / name) for name in ("COUNT.PGT", "PEOPLE.LKT", "SHOP.CFT")],
     library.saves(WORK / "DAY.LBT"), picture("library"), ID.CMD_EXIT, shows(MAIN),
@@ -118,7 +118,7 @@ class DayTest(ScriptTest):
         run(program, ID.CMD_MONITOR, to_monitor, ID.CMD_MON_SETTING, shows("Serial Port"), "COM1|OK", shows(MAIN),
             to_monitor, ID.CMD_MON_CAPTURE, portable_sends, picture("monitor"), ID.CMD_MON_CAPTURE)
         self.line.wait_closed()
-        run(program, ID.CMD_SAVE, shows("Save As"), WORK / "LINE.CAP", shows(MAIN), to_monitor, settled, closes)
+        run(program, ID.CMD_SAVE, shows("Save As"), WORK / "LINE.CAP", shows(MAIN), to_monitor, closes)
         self.assert_holds("LINE.CAP", captured(COLLECTED[1]))
 
     def test_day(self):

@@ -3,21 +3,21 @@
 import os
 import struct
 
-from script import VK_RETURN, VK_UP, ScriptTest, asks, holds, key, row, run, settled, shows, step_by_keys, the_list
+from script import VK_RETURN, VK_UP, ScriptTest, asks, holds, key, row, run, shows, step_by_keys, the_list
 from tolvan import ID, IDCANCEL, IDNO, IDOK, IDYES, TITLE, WM_KEYDOWN, Program, crc
 
 MAIN, LOOKUP, DATA = TITLE + " (Default)", "Lookup File Editor", "Data File Editor"
-IMPORT, OVERWRITE, INVALID = "Translate Database File", "Overwrite Current Data?", "Invalid/Corrupt"
+IMPORT, OVERWRITE, INVALID = "Translate Database File", "? Overwrite Current Data?", "Invalid/Corrupt"
 INSERTS, DELETES = "Repetitive Field Insert", "Repetitive Field Delete"
 DIALOGS = {"Rep. Add": INSERTS, "Rep. Insert": INSERTS, "Rep. Delete": DELETES}  # by their buttons
-LINE, OUT_OF_RANGE = "Starting with line #: ", "Starting with line# {} out of range."
-NOT_HELD = "Records cannot hold the characters with the numbers 254 and 255.\nEach was replaced by a question mark."
+LINE, OUT_OF_RANGE = "Starting with line #: ", "! Starting with line# {} out of range."
+NOT_HELD = "! Records cannot hold the characters with the numbers 254 and 255.\nEach was replaced by a question mark."
 
 START, START_DATA = ([shows(MAIN), command, shows(editor)] for command, editor in (
     (ID.CMD_LOOKUP_EDITOR, LOOKUP), (ID.CMD_DATA_EDITOR, DATA)))
 AS_SYSTEM, AS_ASCII = ([shows("Save Lookup File Choice"), form, "OK"] for form in (
     "Lookup System File", "Lookup Ascii File"))
-OVER, ADD, INSERT = asks(OVERWRITE, IDYES, "Open"), ["Add", settled], ["Insert", settled]
+OVER = asks(OVERWRITE, IDYES, "Open")
 TOGGLE = [[row(number), lambda program: the_list(program).tell(WM_KEYDOWN, ord(" "))] for number in range(4)]
 
 
@@ -32,15 +32,15 @@ def text_file(*lines):
 
 
 def opens(path, then=LOOKUP, *question):
-    return [ID.CMD_OPEN, *question, shows("Open"), path, shows(then), settled]
+    return [ID.CMD_OPEN, *question, shows("Open"), path, shows(then)]
 
 
 def saves(path, *script, then=LOOKUP):
-    return [ID.CMD_SAVE, shows("Save As"), path, *script, shows(then), settled]
+    return [ID.CMD_SAVE, shows("Save As"), path, *script, shows(then)]
 
 
 def repeats(button, *script):
-    return [button, shows(DIALOGS[button]), *script, "OK", shows(LOOKUP), settled]
+    return [button, shows(DIALOGS[button]), *script, "OK", shows(LOOKUP)]
 
 
 def refuses(number, message, caption, then):
@@ -50,11 +50,11 @@ def refuses(number, message, caption, then):
 X, Y = b"x" * 250, b"y" * 249  # as much as can be typed into a line, and repeated
 BIG = [b"?A", b"?B", b"FIG", b"NEW", Y] + [b"Z"] * 65535
 EDITS = [  # what the operator does in one file, one after the other, and what it then holds
-    ([ADD, "1: APPLE", key(VK_RETURN, "PEAR"), key(VK_RETURN, "FIG")], [b"APPLE", b"PEAR", b"FIG"]),
-    (["2: B//W\xE9", INSERT, "2: /0D"], [b"APPLE", b"/0D", b"B//W\xE9", b"FIG"]),
-    (["3: B|Delete", settled, "1: ", ADD, "4: " + "x" * 251], [b"", b"/0D", b"FIG", X]),
+    (["Add", "1: APPLE", key(VK_RETURN, "PEAR"), key(VK_RETURN, "FIG")], [b"APPLE", b"PEAR", b"FIG"]),
+    (["2: B//W\xE9", "Insert", "2: /0D"], [b"APPLE", b"/0D", b"B//W\xE9", b"FIG"]),
+    (["3: B|Delete", "1: ", "Add", "4: " + "x" * 251], [b"", b"/0D", b"FIG", X]),
     (repeats("Rep. Add", step_by_keys("Add", "-"), holds("Add: 65535"), step_by_keys("Add", "+"), holds("Add: 1"),
-             refuses("Add: 65536", "Add 65536 fields greater than 65535.", "Repeating Add", INSERTS),
+             refuses("Add: 65536", "! Add 65536 fields greater than 65535.", "Repeating Add", INSERTS),
              "Add: 3|Default Data: " + "y" * 250), [b"", b"/0D", b"FIG", X, Y, Y, Y]),
     (repeats("Rep. Insert", refuses(LINE + "8", OUT_OF_RANGE.format(8), "Repeating Delete", INSERTS), row(2),
              LINE + "3|Default Data: NEW"), [b"", b"/0D", b"NEW", b"FIG", X, b"NEW", Y, Y, b"NEW", Y]),
@@ -86,23 +86,23 @@ class FilesTest(ScriptTest):
         program = self.start(START, opens(self.file("cut.csv", CSV), IMPORT), TOGGLE[1])
         self.assertEqual(the_list(program).entries(), [f"\tYes\t{'Name':19}", f"\tNo\t{'Code':19}", "<End Of Fields>"])
         run(program, TOGGLE[2], "Strip Leading Spaces|Strip Leading Zeroes|Truncate to 20 Chars.", "Translate",
-            shows(LOOKUP), settled, saves(self.folder / "cut.lkt", AS_SYSTEM))
+            shows(LOOKUP), saves(self.folder / "cut.lkt", AS_SYSTEM))
         self.assert_holds("cut.lkt", system_file(b"cut", [
             b"Name", b"Code", b"Smith, J", b"  0012", b"", b"", b"TWENTY-ONE CHARACTER", b"AB"]))
 
     def test_questions_and_names(self):
         def leaves(answer, then):
-            return [IDCANCEL, asks("Save File Changes?", answer, then)]
+            return [IDCANCEL, asks("? Save File Changes?", answer, then)]
 
         kept, good = self.folder / "kept.lkt", self.file("good.lkt", GOOD)
         data = self.file("data.dat", text_file(b"D", b"OTHER", b"COLLECTS", *RECORDS))
         self.start(
-            START, IDCANCEL, START, ADD, "1: KEPT", ID.CMD_OPEN, asks(OVERWRITE, IDNO, LOOKUP), ID.CMD_NEW,
+            START, IDCANCEL, START, "Add", "1: KEPT", ID.CMD_OPEN, asks(OVERWRITE, IDNO, LOOKUP), ID.CMD_NEW,
             asks(OVERWRITE, IDNO, LOOKUP), leaves(IDCANCEL, LOOKUP), leaves(IDYES, "Save As"), IDCANCEL, shows(LOOKUP),
             saves(kept, AS_SYSTEM[0], "Cancel"), lambda _: kept.unlink(), leaves(IDYES, "Save As"), kept, AS_SYSTEM,
-            START, ADD, ID.CMD_NEW, asks(OVERWRITE, IDYES, LOOKUP), ADD, leaves(IDNO, MAIN), START, opens(good),
-            holds("Lookup Filename: INSIDE|1: ONE|2: |3: TWO"), saves(IDOK, AS_SYSTEM), IDCANCEL, START_DATA, ADD,
-            ID.CMD_SAVE, asks("Data File Missing Associated Program Name!", IDOK, DATA, "Data File"),
+            START, "Add", ID.CMD_NEW, asks(OVERWRITE, IDYES, LOOKUP), "Add", leaves(IDNO, MAIN), START, opens(good),
+            holds("Lookup Filename: INSIDE|1: ONE|2: |3: TWO"), saves(IDOK, AS_SYSTEM), IDCANCEL, START_DATA, "Add",
+            ID.CMD_SAVE, asks("! Data File Missing Associated Program Name!", IDOK, DATA, "Data File"),
             opens(data, DATA, OVER), holds("Data Filename: OTHER|Program Name: COLLECTS|3: TWO"),
             "Program Name: NINECHARS", saves(self.folder / "saved", then=DATA), holds("Data Filename: saved"), IDCANCEL,
             shows(MAIN))
@@ -113,22 +113,22 @@ class FilesTest(ScriptTest):
     def test_files_that_cannot_be_opened(self):
         csv, damaged = self.file("any.csv", CSV), self.file("damaged.lkt", GOOD[:-1] + b"?")
         program = self.start(START, opens(csv, IMPORT), "Cancel", shows(LOOKUP), opens(csv, IMPORT), "Translate",
-                             asks("Invalid Lookup File!", IDOK, LOOKUP, INVALID), settled)
+                             asks("! Invalid Lookup File!", IDOK, LOOKUP, INVALID))
         self.assertFalse(any(program.screen.button(caption).enabled()
                              for caption in ("Insert", "Delete", "Rep. Insert", "Rep. Delete")))
         run(program, opens(damaged, "Invalid Checksum"),
-            asks("Invalid Checksum in Lookup File!", IDOK, LOOKUP, "Invalid Checksum"), settled,
+            asks("! Invalid Checksum in Lookup File!", IDOK, LOOKUP, "Invalid Checksum"),
             holds("1: ONE|2: |3: TW?"), IDCANCEL, START_DATA, opens(self.file("bad.dat", b"D\r\nNAME"), INVALID),
-            asks("Invalid Data File!", IDOK, DATA, INVALID))
+            asks("! Invalid Data File!", IDOK, DATA, INVALID))
 
     def test_what_cannot_be_saved(self):
         (self.folder / "~TOLVAN0.TMP").mkdir()  # keeps a new file from being written
-        too_long = "Line 2 is longer than 255 characters.\nA lookup system file cannot hold it."
+        too_long = "! Line 2 is longer than 255 characters.\nA lookup system file cannot hold it."
         new, long = self.folder / "new", self.file("long.csv", b"ONE\n" + b"x" * 256)
         self.start(
             START, opens(long, IMPORT), TOGGLE[1], "Translate", shows(LOOKUP),
             saves(new, AS_SYSTEM, asks(too_long, IDOK, "Lookup File", "Lookup File"),
-                  asks("Error Saving Lookup File!", IDOK, LOOKUP, "Lookup File")), IDCANCEL,
-            START_DATA, ADD, "Program Name: PROG",
-            saves(new, asks("Error Saving Data File!", IDOK, DATA, "Data File"), then=DATA))
+                  asks("! Error Saving Lookup File!", IDOK, LOOKUP, "Lookup File")), IDCANCEL,
+            START_DATA, "Add", "Program Name: PROG",
+            saves(new, asks("! Error Saving Data File!", IDOK, DATA, "Data File"), then=DATA))
         self.assertEqual(sorted(os.listdir(self.folder)), ["long.csv", "~TOLVAN0.TMP"])

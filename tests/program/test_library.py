@@ -1,6 +1,6 @@
 """The librarian, and libraries in the three openers that take a file out of one."""
 
-from script import ScriptTest, asks, holds, row, run, settled, shows, the_list
+from script import ScriptTest, asks, holds, row, run, shows, the_list
 from test_files import system_file
 from tolvan import ID, IDCANCEL, IDNO, IDOK, IDYES, PREFIX, ROOT, TITLE
 
@@ -8,20 +8,20 @@ MAIN, LIBRARIAN, LOOKUP = TITLE + " (Default)", "Librarian", "Lookup File Editor
 EXTRACTION, INVALID, END = "File Extraction", "Invalid/Corrupt", "<<END OF LIST>>"
 SAMPLE, SAMPLE_SETUP = ((ROOT / "samples" / name).read_bytes() for name in ("STOCK.PGT", "STOCK.CFT"))
 PRICES = system_file(b"NINELONGS", [b"ONE", b"TWO"])
-DELETE = "Delete File from Library?"
+DELETE = "? Delete File from Library?"
 START = [shows(MAIN), ID.CMD_LIBRARIAN, shows(LIBRARIAN)]
 
 
 def adds(path, button="Add"):
-    return [button, shows("Open"), path, shows(LIBRARIAN), settled]
+    return [button, shows("Open"), path, shows(LIBRARIAN)]
 
 
 def opens(path, then=LIBRARIAN):
-    return [ID.CMD_OPEN, shows("Open"), path, shows(then), settled]
+    return [ID.CMD_OPEN, shows("Open"), path, shows(then)]
 
 
 def saves(path, then=LIBRARIAN):
-    return [ID.CMD_SAVE, shows("Save As"), path, shows(then), settled]
+    return [ID.CMD_SAVE, shows("Save As"), path, shows(then)]
 
 
 def lists(*rows):
@@ -38,7 +38,7 @@ class LibraryTest(ScriptTest):
             START, adds(lookup), row(1), adds(program, "Insert"), adds(setup), saves(self.folder / "my shop"),
             ID.CMD_EXIT, START, opens(self.folder / "my shop.lbt"), lists("STOCK.PGT", "NINELONGS.LKT", "my shop.CFT"),
             row(2), "Delete", asks(DELETE, IDNO, LIBRARIAN), "Delete", asks(DELETE, IDYES, LIBRARIAN), ID.CMD_EXIT,
-            shows(TITLE, "Save Library Changes?"), IDYES, shows("Save As"), IDOK, shows(MAIN))
+            shows(TITLE, "? Save Library Changes?"), IDYES, shows("Save As"), IDOK, shows(MAIN))
         self.assert_holds("my shop.lbt", SAMPLE + PRICES + SAMPLE_SETUP)
         self.assert_holds("myshop.lbt", SAMPLE + SAMPLE_SETUP)
 
@@ -48,11 +48,11 @@ class LibraryTest(ScriptTest):
         left_over = set(PREFIX.glob("drive_c/**/TLV*.tmp"))
         program = self.start()
         for enter, window, wrong, refusal, caption, right, then in (
-                ([ID.CMD_PROGRAMMING], "Programming (*)", 2, "Invalid/Corrupt Program File!", INVALID, 1,
-                 [shows("Programming (STOCK)"), settled, IDCANCEL]),
-                ([ID.CMD_LOOKUP_EDITOR], LOOKUP, 3, "Invalid Lookup File!", INVALID, 2,
-                 [shows(LOOKUP), settled, holds("Lookup Filename: NINELONG|1: ONE|2: TWO"), IDCANCEL]),
-                ([], MAIN, 1, "Not a Valid Setup File!", "Open File", 3,
+                ([ID.CMD_PROGRAMMING], "Programming (*)", 2, "! Invalid/Corrupt Program File!", INVALID, 1,
+                 [shows("Programming (STOCK)"), IDCANCEL]),
+                ([ID.CMD_LOOKUP_EDITOR], LOOKUP, 3, "! Invalid Lookup File!", INVALID, 2,
+                 [shows(LOOKUP), holds("Lookup Filename: NINELONG|1: ONE|2: TWO"), IDCANCEL]),
+                ([], MAIN, 1, "! Not a Valid Setup File!", "Open File", 3,
                  [shows(TITLE + " (shop.lbt)"), ID.CMD_SAVE_SETUP, shows("Save As"), self.folder / "out",
                   shows(TITLE + " (out.cft)")])):
             takes = [ID.CMD_OPEN if enter else ID.CMD_OPEN_SETUP, shows("Open"), library, choice]

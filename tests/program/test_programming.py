@@ -3,7 +3,7 @@
 import os
 import struct
 
-from script import (VK_DELETE, VK_INSERT, VK_TAB, ScriptTest, asks, closes, holds, key, row, run, settled, shows, spin,
+from script import (VK_DELETE, VK_INSERT, VK_TAB, ScriptTest, asks, closes, holds, key, row, run, shows, spin,
                     the_list)
 from tolvan import ID, IDCANCEL, IDNO, IDOK, IDYES, TITLE, WM_KEYDOWN, Program, crc, windows_path
 
@@ -32,7 +32,7 @@ def program_file(name, records, counts=None, delays=(0, 0), flags=0x20, sof=b"",
 
 
 def done_new(answer, then=WINDOW):
-    return asks("Save New Field Definition?", answer, then, DEFINITION)
+    return asks("? Save New Field Definition?", answer, then, DEFINITION)
 
 
 def new_field(*script):
@@ -48,11 +48,11 @@ def opens(path, then=WINDOW):
 
 
 def saves(path, then):
-    return [ID.CMD_SAVE, shows("Save As"), path, shows(then), settled]
+    return [ID.CMD_SAVE, shows("Save As"), path, shows(then)]
 
 
 START = [shows(MAIN), ID.CMD_PROGRAMMING, shows(UNTITLED)]
-WARNS_OF_TARGET = asks("Target field to accept Lookup data does not exist,\nbe sure to create target field for lookup "
+WARNS_OF_TARGET = asks("! Target field to accept Lookup data does not exist,\nbe sure to create target field for lookup "
                        "data\nbefore saving program.", IDOK, FIELD, "Target Field")
 
 FIELDS = [  # what the operator does, and what the record then holds beside the defaults
@@ -91,7 +91,7 @@ SETTINGS = [
 BUILT = program_file(b"BUILT", [record for _, record in FIELDS], counts=(3, 3, 2, 27, 26, 26), delays=(3, 12), flags=0x41,
                      sof=b"\x02BEGIN\r", eof=b"\xFB\xFF")
 
-LONG_NAME = "The Tolvan can only display filenames up to 9 characters.\nPlease reenter using a 9 character filename."
+LONG_NAME = "X The Tolvan can only display filenames up to 9 characters.\nPlease reenter using a 9 character filename."
 
 
 class ProgrammingTest(ScriptTest):
@@ -114,14 +114,14 @@ class ProgrammingTest(ScriptTest):
 
     def test_questions(self):
         def changed(answer, then):
-            return asks("Save Changed Field Definition?", answer, then, DEFINITION)
+            return asks("? Save Changed Field Definition?", answer, then, DEFINITION)
 
         def cancels(answer, then):
-            return ["Cancel", asks("Cancel Current Definition Changes?", answer, then, DEFINITION)]
+            return ["Cancel", asks("? Cancel Current Definition Changes?", answer, then, DEFINITION)]
 
         one, two, a, c, x = "Field Definition #1", "Field Definition #2", *(f"Prompt Text: {text}" for text in "ACX")
-        insert, delete = "Insert New Field Definition Before Field Definition #2?", "Delete Field Definition #2?"
-        new, leave = "Create a new program file?", "Save File Changes?"
+        insert, delete = "? Insert New Field Definition Before Field Definition #2?", "? Delete Field Definition #2?"
+        new, leave = "? Create a new program file?", "? Save File Changes?"
         program = self.start(
             START, "Insert", shows(one), cancels(IDNO, one), "Done", done_new(IDNO), ID.CMD_EXIT, START, new_field(a),
             row(0), "Insert", shows(two), "Previous", done_new(IDNO, one), "Cancel", shows(WINDOW), new_field(c),
@@ -132,7 +132,7 @@ class ProgrammingTest(ScriptTest):
         run(program, row(1), "Edit", shows(one), x, "Next", changed(IDYES, two), "Prompt Text: Y", "Done",
             changed(IDYES, WINDOW), "Edit", shows(two), "Done", shows(WINDOW),
             "Insert", asks(insert, IDYES, two), "Prompt Text: B|Input Max: 0", "Next", done_new(IDYES, DEFINITION),
-            asks("Max Input Value less than Min Input Value", IDOK, two, DEFINITION),
+            asks("X Max Input Value less than Min Input Value", IDOK, two, DEFINITION),
             holds("Prompt Text: B|Input Max: 0"), "Input Max: 250", "Next", done_new(IDYES, "Field Definition #3"),
             holds("Prompt Text: Y"), "Done", shows(WINDOW), row(2), "Delete", asks(delete, IDNO, WINDOW))
         self.assert_prompts(program, "X", "B", "Y")
@@ -152,14 +152,14 @@ class ProgrammingTest(ScriptTest):
     def test_what_cannot_be_saved(self):
         def is_refused(name, message, *questions):
             return [saves(self.folder / name, TITLE if questions else "Save File"), *questions, asks(
-                "Cannot Save Program File.\n" + message, IDOK, f"Programming ({name.upper()})", "Save File")]
+                "! Cannot Save Program File.\n" + message, IDOK, f"Programming ({name.upper()})", "Save File")]
 
         taken = self.folder / "taken.pgt"
         taken.mkdir()
         program = self.start(
             START, new_field("Prompt Text: KEPT"), "SOF Text: KEPT",
             is_refused("taken", "File Creation Error!",
-                       shows(TITLE, f"{windows_path(taken)} already exists.\nDo you want to replace it?"), IDYES),
+                       shows(TITLE, f"! {windows_path(taken)} already exists.\nDo you want to replace it?"), IDYES),
             saves(self.folder / "tenletters", "Filename Size Error"),
             asks(LONG_NAME, IDOK, "Save As", "Filename Size Error"), IDCANCEL, shows(WINDOW),
             OPTIONS, shows(OPTIONS), "Field to compare: 1|OK", shows("Autoincrement Options"), IDOK, shows(WINDOW),
@@ -172,8 +172,8 @@ class ProgrammingTest(ScriptTest):
         path = self.file("two words/a b.pgt", program_file(b"STARTED", [dict(prompt=b"FIRST")]))
         for name, script in ((path, [shows("Programming (STARTED)")]),
                              (self.folder / "none", [
-                                 asks("Cannot Open Program File!", IDOK, "Invalid/Corrupt", "Open File"),
-                                 asks("Invalid/Corrupt Program File!", IDOK, UNTITLED, "Invalid/Corrupt"),
+                                 asks("! Cannot Open Program File!", IDOK, "Invalid/Corrupt", "Open File"),
+                                 asks("! Invalid/Corrupt Program File!", IDOK, UNTITLED, "Invalid/Corrupt"),
                                  opens(path, "Programming (STARTED)")])):
             with self.subTest(name), Program("-F=" + windows_path(name)) as program:
                 run(program, script)
@@ -191,6 +191,6 @@ class ProgrammingTest(ScriptTest):
             asks(LONG_NAME, IDOK, "Open", "Filename Size Error"), path, shows("Programming (GOOD)"))
         self.assert_prompts(program, "FIRST")
         run(program, opens(self.file("damaged.pgt", good[:-1] + b"?"), "Invalid Checksum"),
-            asks("Invalid Checksum in Program File!", IDOK, UNTITLED, "Invalid Checksum"),
+            asks("! Invalid Checksum in Program File!", IDOK, UNTITLED, "Invalid Checksum"),
             saves(path, "Error"), IDYES, shows("Programming (GOOD)"))  # the file dialog asks about the old file
         self.assertEqual(path.read_bytes(), good)

@@ -3,7 +3,7 @@
 import re
 from itertools import zip_longest
 
-from script import VK_TAB, closes, holds, key, row, run, settled, shows, spin, step_by_keys
+from script import VK_TAB, closes, holds, key, row, run, shows, spin, step_by_keys
 from test_shell import setup_file
 from tolvan import ID, IDOK, TITLE, Program, ProgramTest
 
@@ -116,7 +116,7 @@ class SetupDialogTest(ProgramTest):
 
     def open_file(self, name):
         path = self.file(name, self.content())
-        run(self.program, ID.CMD_OPEN_SETUP, shows("Open"), path, shows(f"{TITLE} ({name})"), settled)
+        run(self.program, ID.CMD_OPEN_SETUP, shows("Open"), path, shows(f"{TITLE} ({name})"))
 
     def use(self, title, *script):
         run(self.program, SCREENS[title][0], shows(title), *script, shows(f"{TITLE} (*.cft)"))
@@ -129,7 +129,7 @@ class SetupDialogTest(ProgramTest):
     def assert_saves(self, *what):
         """The first fault ends a test: the dialogs work on one setup, so it would be blamed on those that follow."""
         path = self.folder / f"{len(list(self.folder.iterdir()))}.cft"
-        run(self.program, ID.CMD_SAVE_SETUP, shows("Save As"), path, shows(f"{TITLE} ({path.name})"), settled)
+        run(self.program, ID.CMD_SAVE_SETUP, shows("Save As"), path, shows(f"{TITLE} ({path.name})"))
         pairs = zip_longest(path.read_bytes(), self.content())
         self.assertEqual([(offset, *pair) for offset, pair in enumerate(pairs) if pair[0] != pair[1]], [], what)
 

@@ -3,7 +3,7 @@
 import shutil
 
 from tolvan import (ID, IDNO, IDYES, LIMIT, PROGRAM, SC_MINIMIZE, TITLE, WM_SYSCOMMAND, Program, ProgramTest,
-                    crc, desktop, read_settings, start_wine, wait_for, windows_path)
+                    Window, call, crc, read_settings, start_wine, wait_for, windows_path)
 
 DIRECTORY_KEYS = ["P_DIRECT", "D_DIRECT", "L_DIRECT", "S_DIRECT", "R_DIRECT", "U_DIRECT", "C_DIRECT", "M_DIRECT"]
 
@@ -25,7 +25,7 @@ def setup_file(items, texts=RESET_TEXTS):
 
 def minimise(program):
     program.main.post(WM_SYSCOMMAND, SC_MINIMIZE)
-    wait_for("the window to be minimised", lambda: program.main.now()["minimised"])
+    wait_for("the window to be minimised", lambda: program.main.get("IsIconic"))
 
 
 class SetupFileTest(ProgramTest):
@@ -46,11 +46,11 @@ class SetupFileTest(ProgramTest):
             program.choose_file("Open", self.file("good.cft", setup_file(items) + bytes(40)))  # padded by a transfer
             self.wait_title(program, "good.cft")
             program.command(ID.CMD_RESET_SETUP)
-            self.assertEqual(program.answer("Reset Setups", IDNO), "Reset Setup to Defaults?")
+            self.assertEqual(program.answer("Reset Setups", IDNO), "- Reset Setup to Defaults?")
             self.assert_saves(program, "kept", items)
             program.command(ID.CMD_RESET_SETUP)
             program.answer("Reset Setups", IDYES)
-            self.assertEqual(program.answer("Reset Setups"), "Setup Reset to Defaults.")
+            self.assertEqual(program.answer("Reset Setups"), "i Setup Reset to Defaults.")
             self.wait_title(program, "Default")
             self.assert_saves(program, "reset", RESET_ITEMS)
             self.assertEqual(program.exit(), 0)
@@ -90,25 +90,25 @@ class CommandTest(ProgramTest):
         with Program() as program:
             minimise(program)
             self.assertEqual(start_wine(PROGRAM).wait(LIMIT), 0)
-            self.assertFalse(program.main.now()["minimised"])
+            self.assertFalse(program.main.get("IsIconic"))
             program.command(ID.CMD_ABOUT)
             about = program.window("About Tolvan Programmer")
             self.assertEqual(start_wine(PROGRAM).wait(LIMIT), 0)
-            self.assertEqual(desktop.ask("foreground"), about.handle)
+            self.assertEqual(call("GetForegroundWindow"), about.handle)
             about.close()
             about.wait_gone()
             self.assertEqual(program.exit(), 0)
 
     def test_help(self):
         def viewer():
-            return next((window for window in desktop.windows() if window.known["class"] == "MS_WINHELP"), None)
+            return Window(call("FindWindowA", "MS_WINHELP", 0))
         with Program() as program:
             program.command(ID.CMD_HELP_TOPICS)
             window = wait_for("the help viewer", viewer)
-            self.assertIn("Choose what you want", "".join(child.known["text"] for child in window.children()))
+            self.assertIn("Choose what you want", "".join(child.text() for child in window.children()))
             window.close()
             window.wait_gone()
             self.assertEqual(program.exit(), 0)
-        with Program(program=shutil.copy(PROGRAM, self.folder)) as program:
+        with Program(program=windows_path(shutil.copy(PROGRAM, self.folder))) as program:
             program.command(ID.CMD_HELP_TOPICS)
             self.assertIn("The help cannot be shown.", program.answer(TITLE))

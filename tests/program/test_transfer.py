@@ -12,7 +12,7 @@ EVERY_BYTE = bytes(range(256))
 PLAIN = {"COMM": {"PROTOCOL": 0}}
 MAIN = "Tolvan*"
 SEND_TITLE = "Enter Filename To Send"
-WARNING = ("WARNING: The Tolvan Portable will lose all program and data files.\n"
+WARNING = ("X WARNING: The Tolvan Portable will lose all program and data files.\n"
            "Options will be reset to factory defaults. Continue?")
 LOG = """\
                              AUTO RECEIVE LOGFILE
@@ -97,7 +97,7 @@ class SendScreenTest(ProgramTest):
             wait_for("the end of the transfer", lambda: screen.button("Close").enabled(), 2 * LIMIT)
             self.assertIn(screen.value("Status:"), ("Transmit Error", "Timeout Error"))
             screen.click("Send")
-            self.assertRegex(program.answer("Tolvan Programmer"), "Error (Opening|Initializing) Com Port.")
+            self.assertRegex(program.answer("Tolvan Programmer"), "X Error (Opening|Initializing) Com Port.")
 
 
 def shows_settings(values):
@@ -111,7 +111,7 @@ class UpgradeTest(ProgramTest):
         path = self.file("NEW.UPG", content + b"?")
         own = {"BAUDRATE": "300", "PROTOCOL": "0"}
         warned = [shows(MAIN), ID.CMD_UPGRADE, shows("Upgrade Flash", WARNING)]
-        refused = [shows("Tolvan Programmer", "Invalid Upgrade File"), IDOK, shows("Upgrade Flash")]
+        refused = [shows("Tolvan Programmer", "X Invalid Upgrade File"), IDOK, shows("Upgrade Flash")]
         with Program(settings={"COMM": own}) as program:
             run(program, warned, IDYES, shows(SEND_TITLE), path, refused, holds("Status: Flash Error"))
             screen = program.screen

@@ -11,12 +11,13 @@ Every wait has a limit and fails the test with what it waited for.
 """
 
 import configparser
-import json
+import contextlib
 import os
 import pathlib
 import re
 import select
 import shutil
+import struct
 import subprocess
 import sys
 import tempfile
@@ -30,7 +31,7 @@ sys.path.insert(0, str(ROOT / "tools"))
 import portable  # noqa: E402 (the stand-in's line procedures)
 
 PROGRAM = ROOT / "build/win64/TolvanP.exe"
-DRIVE = ROOT / "build/win64/drive.exe"
+LAUNCH = ROOT / "build/win64/launch.exe"
 FAKE_MODEM = ROOT / "build/native/libfake_modem.so"
 PREFIX = pathlib.Path(os.environ.get("WINEPREFIX", ROOT / "build/test-prefix"))
 COM1 = ROOT / "build/test-com1"
@@ -42,9 +43,13 @@ TITLE = "Tolvan Programmer V1.17"  # of the program, of its questions, and its w
 LIMIT = 20  # seconds; what takes longer by its nature says so
 POLL = 0.02  # seconds
 
-WM_NULL, WM_CLOSE, WM_KEYDOWN, WM_COMMAND, WM_SYSCOMMAND, SC_MINIMIZE = 0, 0x10, 0x100, 0x111, 0x112, 0xF020
-WM_LBUTTONDOWN, WM_LBUTTONUP, WM_NEXTDLGCTL = 0x201, 0x202, 0x28
-BM_GETCHECK, LB_GETTOPINDEX, LB_SETTOPINDEX, LB_GETITEMHEIGHT = 0xF0, 0x18E, 0x197, 0x1A1
+WM_NULL, WM_SETTEXT, WM_GETTEXT, WM_CLOSE, WM_NEXTDLGCTL, WM_COMMAND = 0, 0xC, 0xD, 0x10, 0x28, 0x111
+WM_KEYDOWN, WM_KEYUP, WM_CHAR, WM_SYSCOMMAND, SC_MINIMIZE = 0x100, 0x101, 0x102, 0x112, 0xF020
+WM_LBUTTONDOWN, WM_LBUTTONUP = 0x201, 0x202
+BM_GETCHECK, CB_GETCOUNT, CB_GETLBTEXT, STM_GETICON = 0xF0, 0x146, 0x148, 0x171
+LB_GETTEXT, LB_GETCOUNT, LB_GETTOPINDEX, LB_SETTOPINDEX, LB_GETITEMHEIGHT = 0x189, 0x18B, 0x18E, 0x197, 0x1A1
+ICONS = {32513: "X", 32514: "?", 32515: "!", 32516: "i"}  # of message boxes, by their numbers in the system
+TEXT_LIMIT = 1024  # bytes
 IDOK, IDCANCEL, IDYES, IDNO = 1, 2, 6, 7
 FILE_NAME_EDIT = 0x47C  # of the file dialogs
 
@@ -85,72 +90,147 @@ def windows_path(path):
     return f"{drive}\\" + str(path.relative_to(root)).replace("/", "\\")
 
 
-class Desktop:
-    """The drive process, through which all windows are reached."""
-
-    def __init__(self):
-        self.process = None
-
-    def ask(self, *command):
-        if not self.process or self.process.poll() is not None:
-            self.process = subprocess.Popen(["wine", DRIVE], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                            stderr=subprocess.DEVNULL)
-        words = ["." + str(part).encode("latin-1").hex() for part in command]
-        watchdog = threading.Timer(3 * LIMIT, self.process.kill)
-        watchdog.start()
-        self.process.stdin.write((" ".join(words) + "\n").encode())
-        self.process.stdin.flush()
-        answer = self.process.stdout.readline()
-        watchdog.cancel()
-        if not answer:
-            raise AssertionError(f"no answer to {command}")
-        return json.loads(answer)
-
-    def windows(self):
-        return [Window(known) for known in self.ask("windows")]
-
-    def close(self):
-        if self.process is not None:
-            self.process.stdin.close()
-            self.process.wait(LIMIT)
-            self.process.stdout.close()
+class Bridge:
+    """Into the program that was started last: its process, and its thread once the main window is there."""
+    process, thread = None, 0
 
 
-desktop = Desktop()
+def call(name, *arguments):
+    """The result as a number of 32 bits. A text is passed as bytes and a NUL; a bytearray comes back as the call left it."""
+    def word(argument):
+        argument = argument.encode("latin-1") + b"\0" if isinstance(argument, str) else argument
+        return " =" + argument.hex() if isinstance(argument, (bytes, bytearray)) else f" {int(argument)}"
+
+    stdin, stdout = Bridge.process.stdin, Bridge.process.stdout
+    try:
+        stdin.write((name + "".join(map(word, arguments)) + "\n").encode())
+        stdin.flush()
+        answer = select.select([stdout], [], [], 3 * LIMIT)[0] and stdout.readline().decode().split()
+    except BrokenPipeError:
+        answer = None
+    if not answer:
+        raise ProgramEnded(f"no answer to {name}{arguments}")
+    buffers = (argument for argument in arguments if isinstance(argument, (str, bytes, bytearray)))
+    for buffer, content in zip(buffers, answer[1:]):
+        if isinstance(buffer, bytearray):
+            buffer[:] = bytes.fromhex(content[1:])
+    return int(answer[0])
+
+
+class ProgramEnded(AssertionError):
+    pass
+
+
+def text_in(buffer, encoding="latin-1"):
+    return buffer.decode(encoding).partition("\0")[0]
+
+
+def numbers_in(buffer):
+    return struct.unpack(f"{len(buffer) // 4}i", buffer)
+
+
+def plain(caption):
+    return re.sub("[&:]", "", caption)
+
+
+def settle():
+    """Waits until the program has taken every message posted to it so far."""
+    assert call("settle", Bridge.thread), "the program takes no messages"
+
+
+def focused(dialog=None):
+    """The control that has the keyboard, in a dialog without the parts of controls."""
+    info = bytearray(struct.pack("i", 72) + bytes(68))
+    call("GetGUIThreadInfo", Bridge.thread, info)
+    control = Window(numbers_in(info)[4])
+    while dialog and control and control.get("GetParent") != int(dialog):
+        control = Window(control.get("GetParent"))
+    return control
+
+
+def press(*keys):
+    """Presses keys by their codes, or types texts, as an operator does: each goes to the control that has the focus."""
+    for key in keys:
+        if isinstance(key, str):
+            focused().type_here(key)
+        else:
+            settle()
+            focused().post(WM_KEYDOWN, key, 1)
+            focused().post(WM_KEYUP, key, -0x3FFFFFFF)
+        settle()
 
 
 class Window:
-    """A window or a control. `known` is what was found out when it was looked up; the rest asks afresh."""
+    """A window or a control by its handle, 0 for the desktop."""
 
-    def __init__(self, known):
-        self.known = known
-        self.handle = known["handle"]
+    def __init__(self, handle):
+        self.handle = handle
 
-    def now(self):
-        return desktop.ask("describe", self.handle)
+    def __int__(self):
+        return self.handle
+
+    def __eq__(self, other):
+        return isinstance(other, Window) and self.handle == other.handle
+
+    def __bool__(self):
+        return self.handle != 0
+
+    def get(self, name, *arguments):
+        """The result of a call that takes the window first."""
+        return call(name, self, *arguments)
+
+    def kind(self):
+        """The name of its class."""
+        name = bytearray(64)
+        self.get("GetClassNameA", name, len(name))
+        return text_in(name)
 
     def alive(self):
-        return self.now() is not None
-
-    def text(self):
-        return self.now()["text"]
+        return self.get("IsWindow")
 
     def enabled(self):
-        return self.now()["enabled"]
+        return self.get("IsWindowEnabled")
+
+    def visible(self):
+        return self.get("IsWindowVisible")
+
+    def identifier(self):
+        return self.get("GetDlgCtrlID")
+
+    def ticked(self):
+        return self.send(BM_GETCHECK) == 1
+
+    def text(self):
+        """Of an edit or a list what it says itself; of others what the system keeps, also while they are busy."""
+        text = bytearray(TEXT_LIMIT)
+        if self.kind() in ("Edit", "ComboBox", "RichEdit20A"):
+            self.send(WM_GETTEXT, len(text), text)
+            return text_in(text)
+        self.get("InternalGetWindowText", text, len(text) // 2)
+        return text_in(text, "utf-16-le")
+
+    def place(self, owner=0):
+        """Left, top, right and bottom, on the screen or in another window."""
+        place = bytearray(16)
+        self.get("GetWindowRect", place)
+        call("MapWindowPoints", 0, owner, place, 2)
+        return numbers_in(place)
 
     def size(self):
-        left, top, right, bottom = self.now()["rect"]
+        left, top, right, bottom = self.place()
         return right - left, bottom - top
 
     def post(self, message, wparam=0, lparam=0):
-        return desktop.ask("post", self.handle, message, wparam, lparam)
+        self.get("PostMessageA", message, wparam, lparam)
 
     def send(self, message, wparam=0, lparam=0):
-        return desktop.ask("send", self.handle, message, wparam, lparam)
+        result = bytearray(8)
+        self.get("SendMessageTimeoutA", message, wparam, lparam, 0, 1000 * LIMIT, result)
+        return numbers_in(result)[0]
 
     def tell(self, message, wparam=0, lparam=0):
         """As send, but what it opens may stay open; what is sent or asked afterwards comes after it."""
-        desktop.ask("tell", self.handle, message, wparam, lparam)
+        self.get("SendNotifyMessageA", message, wparam, lparam)
 
     def command(self, identifier):
         self.post(WM_COMMAND, identifier)
@@ -170,24 +250,33 @@ class Window:
         self.tell(WM_LBUTTONUP, 0, x | y << 16)
 
     def set_text(self, text):
-        desktop.ask("set_text", self.handle, text)
+        self.send(WM_SETTEXT, 0, text)
 
     def entries(self):
-        return desktop.ask("entries", self.handle)
+        count, get_text = (CB_GETCOUNT, CB_GETLBTEXT) if self.kind() == "ComboBox" else (LB_GETCOUNT, LB_GETTEXT)
+        texts = [bytearray(1024) for _ in range(self.send(count))]
+        for index, text in enumerate(texts):
+            self.send(get_text, index, text)
+        return [text_in(text) for text in texts]
 
     def children(self):
-        return [Window(known) for known in desktop.ask("children", self.handle)]
+        children = [Window(self.get("FindWindowExA", 0, 0, 0))]
+        while children[-1]:
+            children.append(Window(self.get("FindWindowExA", children[-1], 0, 0)))
+        return children[:-1]
 
     def control(self, identifier):
-        handle = desktop.ask("child", self.handle, identifier)
-        assert handle, f"no control {identifier} in {self.known['text']!r}"
-        return Window(desktop.ask("describe", handle))
+        control = Window(self.get("GetDlgItem", identifier))
+        assert control, f"no control {identifier} in {self.text()!r}"
+        return control
 
     def find(self, caption):
-        """The visible label or button with this caption and the controls behind it, up to two."""
-        found = desktop.ask("find", self.handle, caption)
-        assert found[0], f"no {caption!r} in {self.known['text']!r}"
-        return [Window(desktop.ask("describe", handle)) for handle in found if handle]
+        """The visible label or button with this caption and the controls behind it."""
+        controls = [child for child in self.children() if child.visible()]
+        for index, control in enumerate(controls):
+            if control.kind() in ("Static", "Button") and plain(control.text()) == plain(caption):
+                return controls[index:]
+        raise AssertionError(f"no {caption!r} in {self.text()!r}")
 
     def button(self, caption):
         return self.find(caption)[0]
@@ -206,23 +295,31 @@ class Window:
         control.type_here(text)
 
     def type_here(self, text):
-        desktop.ask("type", self.handle, text or "\b")
+        """A character may bring up a box, which takes messages too: WM_NULL is answered behind the last character."""
+        for character in text or "\b":
+            self.tell(WM_CHAR, ord(character), 1)
+        self.send(WM_NULL)
 
     def value(self, label):
-        return self.after(label).known["text"]
+        return self.after(label).text()
 
     def wait_value(self, label, value, limit=LIMIT):
         control = self.after(label)
         wait_for(f"{label} {value}", lambda: control.text() == value, limit)
 
-    def label_text(self):
-        return "".join(child.known["text"] for child in self.children() if child.known["class"] == "Static")
+    def message(self):
+        """Of a message box: its icon as X, !, ? or i, a blank, and its text."""
+        icons = {call("LoadIconA", 0, number): mark for number, mark in ICONS.items()}
+        labels = [child for child in self.children() if child.kind() == "Static"]
+        marks = [icons.get(label.send(STM_GETICON)) for label in labels]
+        return ("".join(filter(None, marks)) or "-") + " " + "".join(
+            label.text() for label, mark in zip(labels, marks) if not mark)
 
     def wait_enabled(self):
-        wait_for(f"{self.known['text']!r} to take input", self.enabled)
+        wait_for(f"{self.text()!r} to take input", self.enabled)
 
     def wait_gone(self, limit=LIMIT):
-        wait_for(f"the end of {self.known['text']!r}", lambda: not self.alive(), limit)
+        wait_for(f"the end of {self.text()!r}", lambda: not self.alive(), limit)
 
 
 class Line:
@@ -301,62 +398,70 @@ class Transfer:
 
 
 def start_wine(*command, **options):
-    return subprocess.Popen(["wine", *command], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                            stderr=subprocess.DEVNULL, **options)
+    return subprocess.Popen(["wine", *command], stderr=subprocess.DEVNULL,
+                            **{"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, **options})
 
 
 class Program:
     """The running program. Settings are {section: {key: value}}; None keeps those of an earlier run."""
 
-    def __init__(self, *arguments, settings=(), folder=None, environment=(), program=PROGRAM):
+    def __init__(self, *arguments, settings=(), folder=None, environment=(), program=windows_path(PROGRAM)):
         if settings is not None:
             write_settings(dict(settings))
-        self.process = start_wine(program, *arguments, cwd=folder, env={**os.environ, **dict(environment)})
+        self.process = Bridge.process = start_wine(
+            LAUNCH, program, *arguments, stdin=subprocess.PIPE, stdout=subprocess.PIPE, cwd=folder,
+            env={**os.environ, **dict(environment)})
         self.main = None
         self.screen = None  # the window that a script is in
 
     def __enter__(self):
-        wait_for("the main window", lambda: self.find_main() or self.process.poll() is not None)
+        wait_for("the main window", lambda: self.process.poll() is not None or self.find_main())
         return self
 
     def __exit__(self, *_):
-        if self.process.poll() is None:
-            self.process.kill()
-            self.process.wait(LIMIT)
-            wait_for("the end of the program", lambda: not self.own_windows())
+        """A program that still runs ends with its input."""
+        with contextlib.suppress(BrokenPipeError):  # what was written last may not have been taken any more
+            self.process.stdin.close()
+        self.process.wait(LIMIT)
+        self.process.stdout.close()
 
     def find_main(self):
-        self.main = next((window for window in desktop.windows() if window.known["class"] == TITLE), None)
-        return self.main
+        try:
+            self.main = Window(call("FindWindowA", TITLE, 0))
+            Bridge.thread = self.main.get("GetWindowThreadProcessId", 0)
+            return self.main.visible()
+        except ProgramEnded:
+            return False
 
-    def own_windows(self):
-        return [window for window in desktop.windows() if window.known["process"] == self.main.known["process"]]
+    def windows(self):
+        """Its visible top-level windows from the front to the back."""
+        return [window for window in Window(0).children()
+                if window.visible() and window.get("GetWindowThreadProcessId", 0) == Bridge.thread]
 
     def window(self, title, limit=LIMIT):
         """A dialog or message box by its title, as soon as it is there and takes input."""
         def ready():
-            return next((window for window in self.own_windows() if window.known["enabled"]
-                         and window.known["class"] == DIALOG_CLASS and window.known["text"] == title), None)
-        return wait_for(f"the window {title!r} (there are "
-                        f"{[window.known['text'] for window in self.own_windows()]})", ready, limit)
+            return next((window for window in self.windows() if window.enabled()
+                         and window.kind() == DIALOG_CLASS and window.text() == title), None)
+        return wait_for(f"the window {title!r} (there are {[window.text() for window in self.windows()]})", ready, limit)
 
     def monitor(self):
         """The monitor's window, as soon as it is there."""
         return wait_for("the monitor", lambda: next(
-            (window for window in self.own_windows() if window.known["class"] == "MONITOR"), None))
+            (window for window in self.windows() if window.kind() == "MONITOR"), None))
 
     def command(self, identifier):
         self.main.command(identifier)
 
     def front(self):
         """The one window that takes input now, if there is one."""
-        return next((window for window in self.own_windows()
-                     if window.known["class"] in (DIALOG_CLASS, TITLE) and window.known["enabled"]), None)
+        return next((window for window in self.windows()
+                     if window.kind() in (DIALOG_CLASS, TITLE) and window.enabled()), None)
 
     def answer(self, caption, button=IDOK, limit=LIMIT):
         """Presses a button of a message box and returns the box's text."""
         box = self.window(caption, limit)
-        text = box.label_text()
+        text = box.message()
         box.command(button)
         box.wait_gone()
         return text
