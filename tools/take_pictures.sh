@@ -5,7 +5,7 @@ cd "$(dirname "$0")/.."
 . tools/setup.sh
 
 install_packages "${PROGRAM_PACKAGES[@]}" xvfb imagemagick
-build win64 TolvanP drive
+build win64 TolvanP launch bridge
 
 # The display names itself by the first number that is free.
 rm -f build/display # an earlier run's

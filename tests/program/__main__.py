@@ -5,7 +5,6 @@ import faulthandler
 import pathlib
 import sys
 import time
-import traceback
 import unittest
 
 SUITE_LIMIT = 1100  # seconds, after which everything is given up with a trace
@@ -14,29 +13,14 @@ SUITE_LIMIT = 1100  # seconds, after which everything is given up with a trace
 class MarkedResult(unittest.TestResult):
     def startTest(self, test):
         super().startTest(test)
-        self.began, self.bad_before = time.monotonic(), self.bad()
-        print(f"[ RUN      ] {name_of(test)}", flush=True)
+        self.began = time.monotonic()
+        print("[ RUN      ]", name_of(test), flush=True)
 
     def stopTest(self, test):
-        mark = "[       OK ]" if self.bad() == self.bad_before else "[  FAILED  ]"
-        print(f"{mark} {name_of(test)} ({(time.monotonic() - self.began) * 1000:.0f} ms)", flush=True)
+        faults = [trace for failed, trace in self.failures + self.errors if failed.id().startswith(test.id())]
+        mark = "[  FAILED  ]" if faults else "[       OK ]"
+        print(*faults, f"{mark} {name_of(test)} ({(time.monotonic() - self.began) * 1000:.0f} ms)", sep="\n", flush=True)
         super().stopTest(test)
-
-    def bad(self):
-        return len(self.failures) + len(self.errors)
-
-    def addFailure(self, test, err):
-        super().addFailure(test, err)
-        print(self.failures[-1][1])
-
-    def addError(self, test, err):
-        super().addError(test, err)
-        print(self.errors[-1][1])
-
-    def addSubTest(self, test, subtest, err):
-        super().addSubTest(test, subtest, err)
-        if err:
-            print(subtest, "".join(traceback.format_exception(*err)))
 
 
 def name_of(test):

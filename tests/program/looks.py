@@ -1,7 +1,7 @@
 """What is wrong with a dialog's looks: controls outside it or over each other, texts that are cut, and controls that
 going round once by the tab key does not reach, though it should."""
 
-from tolvan import Window, call, focused, numbers_in, press
+from desktop import Window, call, focused, numbers_in, press
 
 WS_TABSTOP, WS_DISABLED, WS_VISIBLE, BS_TYPEMASK, BS_GROUPBOX = 0x10000, 0x08000000, 0x10000000, 0xF, 7
 GWL_STYLE, GWL_HINSTANCE, WM_GETFONT, DT_CALCRECT, VK_TAB = -16, -6, 0x31, 0x400, 9

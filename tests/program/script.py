@@ -9,9 +9,10 @@ import fnmatch
 import os
 import re
 
+from desktop import (IDOK, LB_GETITEMHEIGHT, LB_GETTOPINDEX, LB_SETTOPINDEX, WM_KEYDOWN, WM_NEXTDLGCTL, focused, press,
+                     settle, wait_for)
 from looks import is_own, looks
-from tolvan import (FILE_NAME_EDIT, IDOK, LB_GETITEMHEIGHT, LB_GETTOPINDEX, LB_SETTOPINDEX, TITLE, WM_KEYDOWN,
-                    WM_NEXTDLGCTL, Program, ProgramTest, focused, press, settle, wait_for, windows_path)
+from tolvan import FILE_NAME_EDIT, TITLE, Program, ProgramTest, windows_path
 
 VK_TAB, VK_RETURN, VK_UP, VK_DOWN, VK_INSERT, VK_DELETE = 0x09, 0x0D, 0x26, 0x28, 0x2D, 0x2E
 LOOKED_AT = set()  # dialogs by their titles

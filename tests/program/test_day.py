@@ -11,11 +11,12 @@ import time
 import test_files as files
 import test_library as library
 import test_programming as programming
+from desktop import IDCANCEL, IDYES
 from script import VK_RETURN, ScriptTest, closes, holds, key, row, run, shows, spin
 from test_monitor import captured
 from test_shell import RESET_ITEMS, setup_file
 from test_transfer import SEND_TITLE, WARNING
-from tolvan import DRIVE_C, ID, IDCANCEL, IDYES, ROOT, TITLE, crc
+from tolvan import DRIVE_C, ID, ROOT, TITLE, crc
 
 WORK, PICTURES = DRIVE_C / "Work", os.environ.get("TOLVAN_PICTURES")
 MAIN, UPGRADE = TITLE + " (SHOP.CFT)", "Upgrade Flash"

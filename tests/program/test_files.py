@@ -3,8 +3,9 @@
 import os
 import struct
 
+from desktop import IDCANCEL, IDNO, IDOK, IDYES, WM_KEYDOWN
 from script import VK_RETURN, VK_UP, ScriptTest, asks, holds, key, row, run, shows, step_by_keys, the_list
-from tolvan import ID, IDCANCEL, IDNO, IDOK, IDYES, TITLE, WM_KEYDOWN, Program, crc
+from tolvan import ID, TITLE, crc
 
 MAIN, LOOKUP, DATA = TITLE + " (Default)", "Lookup File Editor", "Data File Editor"
 IMPORT, OVERWRITE, INVALID = "Translate Database File", "? Overwrite Current Data?", "Invalid/Corrupt"

@@ -5,7 +5,8 @@ import shutil
 import subprocess
 import zipfile
 
-from tolvan import LIMIT, PREFIX, ROOT, TITLE, Program, ProgramTest, start_wine, wait_for, windows_path
+from desktop import LIMIT, wait_for
+from tolvan import PREFIX, ROOT, TITLE, Program, ProgramTest, start_wine, windows_path
 
 NAME = str(ROOT / f"build/win64/handout/TolvanP-{TITLE.rpartition('V')[2]}-win64")
 CLASSES, UNINSTALL = r"HKCU\Software\Classes", r"HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\TolvanP"

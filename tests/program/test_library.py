@@ -1,8 +1,9 @@
 """The librarian, and libraries in the three openers that take a file out of one."""
 
+from desktop import IDCANCEL, IDNO, IDOK, IDYES
 from script import ScriptTest, asks, holds, row, run, shows, the_list
 from test_files import system_file
-from tolvan import ID, IDCANCEL, IDNO, IDOK, IDYES, PREFIX, ROOT, TITLE
+from tolvan import ID, PREFIX, ROOT, TITLE
 
 MAIN, LIBRARIAN, LOOKUP = TITLE + " (Default)", "Librarian", "Lookup File Editor"
 EXTRACTION, INVALID, END = "File Extraction", "Invalid/Corrupt", "<<END OF LIST>>"

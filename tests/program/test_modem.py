@@ -2,7 +2,8 @@
 
 import time
 
-from tolvan import FAKE_MODEM, ID, IDOK, Program, ProgramTest, windows_path
+from desktop import IDOK
+from tolvan import FAKE_MODEM, ID, Program, ProgramTest, windows_path
 
 CARRIER = 64  # TIOCM_CD
 

@@ -1,12 +1,13 @@
 """The monitor: captures from the line, its files, and how it ends."""
 
 import fcntl
-import os
 import random
 import termios
 import time
 
-from tolvan import COM1, ID, IDCANCEL, IDOK, IDYES, WM_KEYDOWN, WM_NULL, WM_SYSCOMMAND, Program, ProgramTest, call
+from desktop import IDCANCEL, IDOK, IDYES, WM_KEYDOWN, WM_NULL, WM_SYSCOMMAND, call
+from line import COM1
+from tolvan import ID, Program, ProgramTest
 
 BYTES_A_SECOND, DRIVER_QUEUE, LINE_LIMIT = 3840, 4095, 40  # at 38400 bit/s; bytes; characters
 CONTROL_NAMES = ("NUL SOH STX ETX EOT ENQ ACK BEL BS HT LF VT FF CR SO SI "

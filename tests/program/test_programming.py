@@ -3,9 +3,10 @@
 import os
 import struct
 
+from desktop import IDCANCEL, IDNO, IDOK, IDYES, WM_KEYDOWN
 from script import (VK_DELETE, VK_INSERT, VK_TAB, ScriptTest, asks, closes, holds, key, row, run, shows, spin,
                     the_list)
-from tolvan import ID, IDCANCEL, IDNO, IDOK, IDYES, TITLE, WM_KEYDOWN, Program, crc, windows_path
+from tolvan import ID, TITLE, Program, crc, windows_path
 
 MAIN, WINDOW, UNTITLED = TITLE + " (Default)", "Programming (*)", "Programming (Untitled)"
 FIELD, DEFINITION = "Field Definition #*", "Field Definition"

@@ -3,9 +3,10 @@
 import re
 from itertools import zip_longest
 
+from desktop import IDOK
 from script import VK_TAB, closes, holds, key, row, run, shows, spin, step_by_keys
 from test_shell import setup_file
-from tolvan import ID, IDOK, TITLE, Program, ProgramTest
+from tolvan import ID, TITLE, Program, ProgramTest
 
 ITEMS_OFFSET, FLAGS_END, ITEMS_END, TEXT_COUNT = 5, 18, 73, 6
 BOX = re.compile(r"(\d+)\.(\d+) ([^|]+)")

@@ -2,8 +2,8 @@
 
 import shutil
 
-from tolvan import (ID, IDNO, IDYES, LIMIT, PROGRAM, SC_MINIMIZE, TITLE, WM_SYSCOMMAND, Program, ProgramTest,
-                    Window, call, crc, read_settings, start_wine, wait_for, windows_path)
+from desktop import IDNO, IDYES, LIMIT, SC_MINIMIZE, WM_SYSCOMMAND, Window, call, wait_for
+from tolvan import ID, PROGRAM, TITLE, Program, ProgramTest, crc, read_settings, start_wine, windows_path
 
 DIRECTORY_KEYS = ["P_DIRECT", "D_DIRECT", "L_DIRECT", "S_DIRECT", "R_DIRECT", "U_DIRECT", "C_DIRECT", "M_DIRECT"]
 

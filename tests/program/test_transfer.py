@@ -2,9 +2,9 @@
 
 import re
 
+from desktop import IDCANCEL, IDNO, IDOK, IDYES, LIMIT, wait_for
 from script import holds, run, shows, spin
-from tolvan import (ID, IDCANCEL, IDNO, IDOK, IDYES, LIMIT, Program, ProgramTest, crc, read_settings, wait_for,
-                    windows_path)
+from tolvan import ID, Program, ProgramTest, crc, read_settings, windows_path
 
 SOH, EOT, ACK, CAN = b"\x01", b"\x04", b"\x06", b"\x18"
 CRC_FRAME = 133  # bytes
