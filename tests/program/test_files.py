@@ -11,6 +11,7 @@ IMPORT, OVERWRITE, INVALID = "Translate Database File", "? Overwrite Current Dat
 INSERTS, DELETES = "Repetitive Field Insert", "Repetitive Field Delete"
 DIALOGS = {"Rep. Add": INSERTS, "Rep. Insert": INSERTS, "Rep. Delete": DELETES}  # by their buttons
 LINE, OUT_OF_RANGE = "Starting with line #: ", "! Starting with line# {} out of range."
+VK_ESCAPE, VK_END, LBN_DBLCLK = 0x1B, 0x23, 2
 NOT_HELD = "! Records cannot hold the characters with the numbers 254 and 255.\nEach was replaced by a question mark."
 
 START, START_DATA = ([shows(MAIN), command, shows(editor)] for command, editor in (
@@ -37,6 +38,10 @@ def opens(path, then=LOOKUP, *question):
 
 def saves(path, *script, then=LOOKUP):
     return [ID.CMD_SAVE, shows("Save As"), path, *script, shows(then)]
+
+
+def double_click(program):
+    program.screen.command(the_list(program).identifier() | LBN_DBLCLK << 16)
 
 
 def repeats(button, *script):
