@@ -96,7 +96,7 @@ class LibraryTest(ScriptTest):
     def test_taking_files_out(self):
         library = self.file("shop.lbt", SAMPLE + PRICES + SAMPLE_SETUP + b"\0" * 77)
         choice = [shows(EXTRACTION), lists("Program (STOCK)", "Lookup (NINELONGS)", "Setup")]
-        nothing = [key(VK_END, VK_RETURN), shows(EXTRACTION), lambda program: self.assertFalse(
+        nothing = [key(VK_END, VK_RETURN), double_click, shows(EXTRACTION), lambda program: self.assertFalse(
             program.screen.button("Open").enabled())]
         left_over = set(PREFIX.glob("drive_c/**/TLV*.tmp"))
         program = self.start()
