@@ -6,7 +6,7 @@ import struct
 from looks import looks
 from script import (VK_DOWN, VK_RETURN, VK_TAB, VK_UP, ScriptTest, asks, holds, key, row, run, shows, step_by_keys,
                     the_list)
-from tolvan import ID, IDCANCEL, IDNO, IDOK, IDYES, TITLE, Program, call, crc, focused, wait_for
+from tolvan import ID, IDCANCEL, IDNO, IDOK, IDYES, TITLE, call, crc, focused, wait_for
 
 MAIN, LOOKUP, DATA = TITLE + " (Default)", "Lookup File Editor", "Data File Editor"
 IMPORT, OVERWRITE, INVALID = "Translate Database File", "? Overwrite Current Data?", "Invalid/Corrupt"
