@@ -144,7 +144,7 @@ class FilesTest(ScriptTest):
             return [lambda program: program.screen.after(label).set_text("x" * 40000), *leave,
                     asks("! System out of memory!", IDOK, then, "Memory Allocation")]
 
-        self.start(START, "Add|1: KEPT", [
+        self.start(START, "Add", "1: KEPT", [
             [button, shows(INSERTS), takes_too_much("Default Data", "OK", then=LOOKUP), holds("1: KEPT")]
             for button in ("Rep. Add", "Rep. Insert")], "1: ", takes_too_much("1", key(VK_DOWN), then=MAIN))
 
