@@ -3,8 +3,10 @@
 import os
 import struct
 
-from desktop import IDCANCEL, IDNO, IDOK, IDYES, WM_KEYDOWN
-from script import VK_RETURN, VK_UP, ScriptTest, asks, holds, key, row, run, shows, step_by_keys, the_list
+from desktop import IDCANCEL, IDNO, IDOK, IDYES, call, focused, wait_for
+from looks import looks
+from script import (VK_DOWN, VK_RETURN, VK_TAB, VK_UP, ScriptTest, asks, holds, key, row, run, shows, step_by_keys,
+                    the_list)
 from tolvan import ID, TITLE, crc
 
 MAIN, LOOKUP, DATA = TITLE + " (Default)", "Lookup File Editor", "Data File Editor"
@@ -12,14 +14,18 @@ IMPORT, OVERWRITE, INVALID = "Translate Database File", "? Overwrite Current Dat
 INSERTS, DELETES = "Repetitive Field Insert", "Repetitive Field Delete"
 DIALOGS = {"Rep. Add": INSERTS, "Rep. Insert": INSERTS, "Rep. Delete": DELETES}  # by their buttons
 LINE, OUT_OF_RANGE = "Starting with line #: ", "! Starting with line# {} out of range."
+VK_SHIFT, VK_CONTROL, VK_ESCAPE, VK_SPACE = 0x10, 0x11, 0x1B, 0x20
+VK_PRIOR, VK_NEXT, VK_END, VK_HOME, KEYEVENTF_KEYUP = 0x21, 0x22, 0x23, 0x24, 2
+WM_SYSCHAR, WM_VSCROLL, WM_MOUSEWHEEL, LBN_DBLCLK = 0x106, 0x115, 0x20A, 2
+SB_LINEDOWN, SB_THUMBPOSITION, SB_BOTTOM = 1, 4, 7
 NOT_HELD = "! Records cannot hold the characters with the numbers 254 and 255.\nEach was replaced by a question mark."
 
 START, START_DATA = ([shows(MAIN), command, shows(editor)] for command, editor in (
     (ID.CMD_LOOKUP_EDITOR, LOOKUP), (ID.CMD_DATA_EDITOR, DATA)))
-AS_SYSTEM, AS_ASCII = ([shows("Save Lookup File Choice"), form, "OK"] for form in (
-    "Lookup System File", "Lookup Ascii File"))
+AS_SYSTEM, AS_ASCII = ([shows("Save Lookup File Choice"), choice] for choice in (
+    ["Lookup System File", "OK"], key(VK_DOWN, VK_RETURN)))
 OVER = asks(OVERWRITE, IDYES, "Open")
-TOGGLE = [[row(number), lambda program: the_list(program).tell(WM_KEYDOWN, ord(" "))] for number in range(4)]
+TOGGLE = [[row(number), key(VK_SPACE)] for number in range(4)]
 
 
 def system_file(name, records):
@@ -40,6 +46,10 @@ def saves(path, *script, then=LOOKUP):
     return [ID.CMD_SAVE, shows("Save As"), path, *script, shows(then)]
 
 
+def double_click(program):
+    program.screen.command(the_list(program).identifier() | LBN_DBLCLK << 16)
+
+
 def repeats(button, *script):
     return [button, shows(DIALOGS[button]), *script, "OK", shows(LOOKUP)]
 
@@ -47,6 +57,54 @@ def repeats(button, *script):
 def refuses(number, message, caption, then):
     return [number, "OK", asks(message, IDOK, then, caption)]
 
+
+def sends(message, what):
+    """To the editor what the scroll bar or the wheel sends, or to the line a key that is held with Alt."""
+    return lambda program: (focused() if message == WM_SYSCHAR else program.screen).post(message, what)
+
+
+def press_with(held, code):
+    """The editor asks the system whether the first key is held, so that the system itself presses both."""
+    def press(_):
+        for pressed, flags in ((held, 0), (code, 0), (code, KEYEVENTF_KEYUP), (held, KEYEVENTF_KEYUP)):
+            call("keybd_event", pressed, 0, flags, 0)
+    return press
+
+
+def is_at(place):
+    """The number of the first visible line, behind a * that of the line with the focus; then I and R while Insert and
+    Rep. Insert are enabled."""
+    def held(screen):
+        row = focused(screen).identifier() - ID.IDC_FILE_LINE
+        first, number = (screen.control(ID.IDC_FILE_NUMBER + max(line, 0)).text() for line in (0, row))
+        enabled = [button[0] for button in ("Insert", "Rep. Insert") if screen.button(button).enabled()]
+        return "".join((first, "*" + number if row >= 0 else "", *enabled))
+    return lambda program: wait_for(place, lambda: held(program.screen) == place)
+
+
+PLACES = [  # what the operator does in a file of three lines, one after the other, and where that leads
+    (key(VK_UP), "1*1IR"),
+    (key(VK_NEXT), "1*3IR"),
+    (key(VK_RETURN, "d"), "1*4IR"),
+    (key(*[VK_RETURN] * 10, "e", VK_DOWN), "3*14IR"),
+    (key(VK_UP, VK_UP), "3*12IR"),
+    (key("f", VK_PRIOR), "1*1IR"),
+    ([sends(WM_VSCROLL, SB_LINEDOWN)] * 4, "3*3IR"),
+    (sends(WM_VSCROLL, SB_THUMBPOSITION | 1 << 16), "1*1IR"),
+    (sends(WM_MOUSEWHEEL, -120 << 16), "3*3IR"),
+    (sends(WM_MOUSEWHEEL, 120 << 16), "1*1IR"),
+    ([key("a"), sends(WM_VSCROLL, SB_BOTTOM)], "3*3IR"),
+    (press_with(VK_CONTROL, VK_END), "3*14IR"),
+    (press_with(VK_CONTROL, VK_HOME), "1*1IR"),
+    (press_with(VK_SHIFT, VK_TAB), "1R"),
+    ([key(VK_TAB, VK_TAB, VK_TAB, "c"), sends(WM_SYSCHAR, ord("i"))], "1*3IR"),
+    ([key("g", VK_DOWN, VK_DOWN), sends(WM_SYSCHAR, ord("D"))], "1*5IR"),
+    (["Delete"] * 6, "1*5IR"),
+    ("Insert", "1*5IR"),
+    ("Add", "1*10IR"),
+    (key(VK_TAB, VK_TAB), "1IR"),
+    (key(VK_TAB, VK_TAB), "1R"),
+]
 
 X, Y = b"x" * 250, b"y" * 249  # as much as can be typed into a line, and repeated
 BIG = [b"?A", b"?B", b"FIG", b"NEW", Y] + [b"Z"] * 65535
@@ -57,7 +115,7 @@ EDITS = [  # what the operator does in one file, one after the other, and what i
     (repeats("Rep. Add", step_by_keys("Add", "-"), holds("Add: 65535"), step_by_keys("Add", "+"), holds("Add: 1"),
              refuses("Add: 65536", "! Add 65536 fields greater than 65535.", "Repeating Add", INSERTS),
              "Add: 3|Default Data: " + "y" * 250), [b"", b"/0D", b"FIG", X, Y, Y, Y]),
-    (repeats("Rep. Insert", refuses(LINE + "8", OUT_OF_RANGE.format(8), "Repeating Delete", INSERTS), row(2),
+    (repeats("Rep. Insert", looks, refuses(LINE + "8", OUT_OF_RANGE.format(8), "Repeating Delete", INSERTS), row(2),
              LINE + "3|Default Data: NEW"), [b"", b"/0D", b"NEW", b"FIG", X, b"NEW", Y, Y, b"NEW", Y]),
     (repeats("Rep. Delete", step_by_keys(LINE[:-2], "-"), holds(LINE + "10"),
              refuses(LINE + "0", OUT_OF_RANGE.format(0), "Repeating Delete", DELETES), row(3), LINE + "2"),
@@ -73,6 +131,24 @@ GOOD = system_file(b"INSIDE", RECORDS)
 
 
 class FilesTest(ScriptTest):
+    def test_moving_between_lines(self):
+        lines = self.file("lines.txt", text_file(b"L", b"LINES", b"", b"A", b"B", b"C"))
+        program = self.start(START, is_at(""), opens(lines), is_at("1R"))
+        self.assertEqual(program.screen.control(ID.IDC_FILE_LINE + 3).text(), "< End of Entries >")
+        run(program, key(VK_TAB), looks, [[script, is_at(place)] for script, place in PLACES],
+            saves(self.folder / "moved", AS_ASCII))
+        self.assert_holds("moved.lkt", text_file(
+            b"L", b"moved", b"", b"a", b"B", b"g", b"c", b"", b"", b"f", b"", b"e", b""))
+
+    def test_lack_of_memory(self):
+        def takes_too_much(label, *leave, then):
+            return [lambda program: program.screen.after(label).set_text("x" * 40000), *leave,
+                    asks("! System out of memory!", IDOK, then, "Memory Allocation")]
+
+        self.start(START, "Add", "1: KEPT", [
+            [button, shows(INSERTS), takes_too_much("Default Data", "OK", then=LOOKUP), holds("1: KEPT")]
+            for button in ("Rep. Add", "Rep. Insert")], "1: ", takes_too_much("1", key(VK_DOWN), then=MAIN))
+
     def test_edits(self):
         program = self.start(START)
         for number, (script, records) in enumerate(EDITS):
@@ -84,10 +160,11 @@ class FilesTest(ScriptTest):
         run(program, opens(path, LOOKUP, OVER), holds("Lookup Filename: longfile|5: " + "y" * 249))
 
     def test_import(self):
-        program = self.start(START, opens(self.file("cut.csv", CSV), IMPORT), TOGGLE[1])
+        program = self.start(START, opens(self.file("cut.csv", CSV), IMPORT),
+                             key(VK_SPACE, VK_DOWN, VK_RETURN, VK_SPACE, VK_END, VK_RETURN))
         self.assertEqual(the_list(program).entries(), [f"\tYes\t{'Name':19}", f"\tNo\t{'Code':19}", "<End Of Fields>"])
-        run(program, TOGGLE[2], "Strip Leading Spaces|Strip Leading Zeroes|Truncate to 20 Chars.", "Translate",
-            shows(LOOKUP), saves(self.folder / "cut.lkt", AS_SYSTEM))
+        run(program, key(VK_UP), double_click, "Strip Leading Spaces|Strip Leading Zeroes|Truncate to 20 Chars.",
+            "Translate", shows(LOOKUP), saves(self.folder / "cut.lkt", AS_SYSTEM))
         self.assert_holds("cut.lkt", system_file(b"cut", [
             b"Name", b"Code", b"Smith, J", b"  0012", b"", b"", b"TWENTY-ONE CHARACTER", b"AB"]))
 
@@ -113,7 +190,7 @@ class FilesTest(ScriptTest):
 
     def test_files_that_cannot_be_opened(self):
         csv, damaged = self.file("any.csv", CSV), self.file("damaged.lkt", GOOD[:-1] + b"?")
-        program = self.start(START, opens(csv, IMPORT), "Cancel", shows(LOOKUP), opens(csv, IMPORT), "Translate",
+        program = self.start(START, opens(csv, IMPORT), key(VK_ESCAPE), shows(LOOKUP), opens(csv, IMPORT), "Translate",
                              asks("! Invalid Lookup File!", IDOK, LOOKUP, INVALID))
         self.assertFalse(any(program.screen.button(caption).enabled()
                              for caption in ("Insert", "Delete", "Rep. Insert", "Rep. Delete")))
