@@ -18,8 +18,8 @@ class MarkedResult(unittest.TestResult):
 
     def stopTest(self, test):
         faults = [trace for failed, trace in self.failures + self.errors if failed.id().startswith(test.id())]
-        mark = "[  FAILED  ]" if faults else "[       OK ]"
-        print(*faults, f"{mark} {name_of(test)} ({(time.monotonic() - self.began) * 1000:.0f} ms)", sep="\n", flush=True)
+        mark, taken = "[  FAILED  ]" if faults else "[       OK ]", 1000 * (time.monotonic() - self.began)
+        print(*faults, f"{mark} {name_of(test)} ({taken:.0f} ms)", sep="\n", flush=True)
         super().stopTest(test)
 
 

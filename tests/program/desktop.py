@@ -14,6 +14,9 @@ WM_KEYDOWN, WM_KEYUP, WM_CHAR, WM_SYSCOMMAND, SC_MINIMIZE = 0x100, 0x101, 0x102,
 WM_LBUTTONDOWN, WM_LBUTTONUP = 0x201, 0x202
 BM_GETCHECK, CB_GETCOUNT, CB_GETLBTEXT, STM_GETICON = 0xF0, 0x146, 0x148, 0x171
 LB_GETTEXT, LB_GETCOUNT, LB_GETTOPINDEX, LB_SETTOPINDEX, LB_GETITEMHEIGHT = 0x189, 0x18B, 0x18E, 0x197, 0x1A1
+VK_TAB, VK_RETURN, VK_SHIFT, VK_CONTROL, VK_ESCAPE, VK_SPACE = 0x09, 0x0D, 0x10, 0x11, 0x1B, 0x20
+VK_PRIOR, VK_NEXT, VK_END, VK_HOME = 0x21, 0x22, 0x23, 0x24
+VK_UP, VK_DOWN, VK_INSERT, VK_DELETE = 0x26, 0x28, 0x2D, 0x2E
 DIALOG_CLASS = "#32770"
 ICONS = {32513: "X", 32514: "?", 32515: "!", 32516: "i"}  # of message boxes, by their numbers in the system
 TEXT_LIMIT = 1024  # bytes
@@ -38,7 +41,7 @@ class Bridge:
 
 
 def call(name, *arguments):
-    """The result as a number of 32 bits. A text is passed as bytes and a NUL; a bytearray comes back as the call left it."""
+    """The result, a number of 32 bits. A text goes as its bytes and a NUL; a bytearray comes back as the call left it."""
     def word(argument):
         argument = argument.encode("latin-1") + b"\0" if isinstance(argument, str) else argument
         return " =" + argument.hex() if isinstance(argument, (bytes, bytearray)) else f" {int(argument)}"

@@ -1,10 +1,11 @@
 """What is wrong with a dialog's looks: controls outside it or over each other, texts that are cut, and controls that
 going round once by the tab key does not reach, though it should."""
 
-from desktop import Window, call, focused, numbers_in, press
+from desktop import VK_TAB, Window, call, focused, numbers_in, press
 
-WS_TABSTOP, WS_DISABLED, WS_VISIBLE, BS_TYPEMASK, BS_GROUPBOX = 0x10000, 0x08000000, 0x10000000, 0xF, 7
-GWL_STYLE, GWL_HINSTANCE, WM_GETFONT, DT_CALCRECT, VK_TAB = -16, -6, 0x31, 0x400, 9
+WS_TABSTOP, WS_DISABLED, WS_VISIBLE, BS_GROUPBOX, SS_ETCHEDFRAME = 0x10000, 0x08000000, 0x10000000, 7, 0x12
+GWL_STYLE, GWL_HINSTANCE, WM_GETFONT, DT_CALCRECT = -16, -6, 0x31, 0x400
+FRAMES = ("Button", BS_GROUPBOX), ("Static", SS_ETCHEDFRAME)
 
 
 def style(window):
@@ -37,7 +38,7 @@ def layout_faults(dialog):
         width, height = text_size(control)
         if kind in ("Static", "Button") and (width > right - left or height > bottom - top):
             yield name + " is cut"
-        if kind == "msctls_updown32" or kind == "Button" and style(control) & BS_TYPEMASK == BS_GROUPBOX:
+        if kind == "msctls_updown32" or (kind, style(control) & 0x1F) in FRAMES:
             continue  # the one goes into the border of its edit, the other around controls
         for other, (other_left, other_top, other_right, other_bottom) in seen:
             if left < other_right and other_left < right and top < other_bottom and other_top < bottom:

@@ -9,12 +9,11 @@ import fnmatch
 import os
 import re
 
-from desktop import (IDOK, LB_GETITEMHEIGHT, LB_GETTOPINDEX, LB_SETTOPINDEX, WM_KEYDOWN, WM_NEXTDLGCTL, focused, press,
-                     settle, wait_for)
+from desktop import (IDOK, LB_GETITEMHEIGHT, LB_GETTOPINDEX, LB_SETTOPINDEX, VK_DOWN, VK_UP, WM_KEYDOWN, WM_NEXTDLGCTL,
+                     focused, press, settle, wait_for)
 from looks import is_own, looks
 from tolvan import FILE_NAME_EDIT, TITLE, Program, ProgramTest, windows_path
 
-VK_TAB, VK_RETURN, VK_UP, VK_DOWN, VK_INSERT, VK_DELETE = 0x09, 0x0D, 0x26, 0x28, 0x2D, 0x2E
 LOOKED_AT = set()  # dialogs by their titles
 
 
@@ -22,20 +21,18 @@ def run(program, *script):
     for step in script:
         if callable(step):
             step(program)
-            continue
-        if isinstance(step, list):
+        elif isinstance(step, list):
             run(program, *step)
-            continue
-        settle()
-        if isinstance(step, int):
-            program.screen.command(step)
         elif isinstance(step, str):
             for part in step.split("|"):
+                settle()
                 label, colon, text = part.partition(": ")
                 program.screen.type(label, text) if colon else program.screen.button(part).push()
         else:
-            program.screen.control(FILE_NAME_EDIT).set_text(windows_path(step))
-            program.screen.command(IDOK)
+            settle()
+            if not isinstance(step, int):
+                program.screen.control(FILE_NAME_EDIT).set_text(windows_path(step))
+            program.screen.command(step if isinstance(step, int) else IDOK)
 
 
 def shows(title, text=None):

@@ -11,8 +11,8 @@ import time
 import test_files as files
 import test_library as library
 import test_programming as programming
-from desktop import IDCANCEL, IDYES
-from script import VK_RETURN, ScriptTest, closes, holds, key, row, run, shows, spin
+from desktop import IDCANCEL, IDYES, VK_RETURN
+from script import ScriptTest, closes, holds, key, row, run, shows, spin
 from test_monitor import captured
 from test_shell import RESET_ITEMS, setup_file
 from test_transfer import SEND_TITLE, WARNING

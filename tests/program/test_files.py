@@ -3,10 +3,10 @@
 import os
 import struct
 
-from desktop import IDCANCEL, IDNO, IDOK, IDYES, call, focused, wait_for
+from desktop import (IDCANCEL, IDNO, IDOK, IDYES, VK_CONTROL, VK_DOWN, VK_END, VK_ESCAPE, VK_HOME, VK_NEXT, VK_PRIOR,
+                     VK_RETURN, VK_SHIFT, VK_SPACE, VK_TAB, VK_UP, call, focused, wait_for)
 from looks import looks
-from script import (VK_DOWN, VK_RETURN, VK_TAB, VK_UP, ScriptTest, asks, holds, key, row, run, shows, step_by_keys,
-                    the_list)
+from script import ScriptTest, asks, holds, key, row, run, shows, step_by_keys, the_list
 from tolvan import ID, TITLE, crc
 
 MAIN, LOOKUP, DATA = TITLE + " (Default)", "Lookup File Editor", "Data File Editor"
@@ -14,9 +14,7 @@ IMPORT, OVERWRITE, INVALID = "Translate Database File", "? Overwrite Current Dat
 INSERTS, DELETES = "Repetitive Field Insert", "Repetitive Field Delete"
 DIALOGS = {"Rep. Add": INSERTS, "Rep. Insert": INSERTS, "Rep. Delete": DELETES}  # by their buttons
 LINE, OUT_OF_RANGE = "Starting with line #: ", "! Starting with line# {} out of range."
-VK_SHIFT, VK_CONTROL, VK_ESCAPE, VK_SPACE = 0x10, 0x11, 0x1B, 0x20
-VK_PRIOR, VK_NEXT, VK_END, VK_HOME, KEYEVENTF_KEYUP = 0x21, 0x22, 0x23, 0x24, 2
-WM_SYSCHAR, WM_VSCROLL, WM_MOUSEWHEEL, LBN_DBLCLK = 0x106, 0x115, 0x20A, 2
+WM_SYSCHAR, WM_VSCROLL, WM_MOUSEWHEEL, KEYEVENTF_KEYUP, LBN_DBLCLK = 0x106, 0x115, 0x20A, 2, 2
 SB_LINEDOWN, SB_THUMBPOSITION, SB_BOTTOM = 1, 4, 7
 NOT_HELD = "! Records cannot hold the characters with the numbers 254 and 255.\nEach was replaced by a question mark."
 

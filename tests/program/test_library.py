@@ -2,11 +2,11 @@
 
 import pathlib
 
-from desktop import IDCANCEL, IDNO, IDOK, IDYES, Window
+from desktop import (IDCANCEL, IDNO, IDOK, IDYES, VK_DELETE, VK_DOWN, VK_END, VK_ESCAPE, VK_INSERT, VK_RETURN, VK_UP,
+                     Window)
 from looks import looks
-from script import (VK_DELETE, VK_DOWN, VK_INSERT, VK_RETURN, VK_UP, ScriptTest, asks, holds, key, row, run, shows,
-                    the_list)
-from test_files import VK_END, VK_ESCAPE, double_click, system_file
+from script import ScriptTest, asks, holds, key, row, run, shows, the_list
+from test_files import double_click, system_file
 from tolvan import ID, PREFIX, ROOT, TITLE, windows_path
 
 MAIN, LIBRARIAN, LOOKUP = TITLE + " (Default)", "Librarian", "Lookup File Editor"

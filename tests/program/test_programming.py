@@ -3,9 +3,8 @@
 import os
 import struct
 
-from desktop import IDCANCEL, IDNO, IDOK, IDYES, WM_KEYDOWN
-from script import (VK_DELETE, VK_INSERT, VK_TAB, ScriptTest, asks, closes, holds, key, row, run, shows, spin,
-                    the_list)
+from desktop import IDCANCEL, IDNO, IDOK, IDYES, VK_DELETE, VK_INSERT, VK_TAB, WM_KEYDOWN
+from script import ScriptTest, asks, closes, holds, key, row, run, shows, spin, the_list
 from tolvan import ID, TITLE, Program, crc, windows_path
 
 MAIN, WINDOW, UNTITLED = TITLE + " (Default)", "Programming (*)", "Programming (Untitled)"

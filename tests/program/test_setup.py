@@ -3,8 +3,8 @@
 import re
 from itertools import zip_longest
 
-from desktop import IDOK
-from script import VK_TAB, closes, holds, key, row, run, shows, spin, step_by_keys
+from desktop import IDOK, VK_TAB
+from script import closes, holds, key, row, run, shows, spin, step_by_keys
 from test_shell import setup_file
 from tolvan import ID, TITLE, Program, ProgramTest
 

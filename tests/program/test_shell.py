@@ -3,13 +3,13 @@
 import shutil
 import struct
 
-from desktop import (IDNO, IDOK, IDYES, LIMIT, SC_MINIMIZE, WM_SYSCOMMAND, Window, call, numbers_in, press, settle,
-                     text_in, wait_for)
-from script import VK_RETURN, ScriptTest, asks, run, shows
+from desktop import (IDNO, IDOK, IDYES, LIMIT, SC_MINIMIZE, VK_ESCAPE, VK_RETURN, WM_SYSCOMMAND, Window, call,
+                     numbers_in, press, settle, text_in, wait_for)
+from script import ScriptTest, asks, run, shows
 from tolvan import ID, INI, PROGRAM, TITLE, Program, crc, read_settings, start_wine, windows_path
 
 MAIN, ABOUT = TITLE + " (Default)", "About Tolvan Programmer"
-VK_ESCAPE, WM_NOTIFY, TTN_GETDISPINFO = 0x1B, 0x4E, -520
+WM_NOTIFY, TTN_GETDISPINFO = 0x4E, -520
 WM_QUERYENDSESSION, WM_ENDSESSION, TB_GETBUTTON, TB_GETITEMRECT = 0x11, 0x16, 0x417, 0x41D
 DIRECTORY_KEYS = ["P_DIRECT", "D_DIRECT", "L_DIRECT", "S_DIRECT", "R_DIRECT", "U_DIRECT", "C_DIRECT", "M_DIRECT"]
 TOOLBAR = {"PROGRAMMING": "Programming", "LOOKUP_EDITOR": "Lookup File Editor", "DATA_EDITOR": "Data File Editor",
@@ -108,15 +108,15 @@ class CommandTest(ScriptTest):
     def test_no_command_behind_a_dialog(self):
         program = self.start(shows(MAIN))
         for leaves in (lambda: press(VK_RETURN), lambda: press(VK_ESCAPE), lambda: about.close()):
-            program.command(ID.CMD_ABOUT)
-            about = program.window(ABOUT)
+            run(program, ID.CMD_ABOUT, shows(ABOUT))
+            about = program.screen
             for command in (ID.CMD_EXIT, ID.CMD_ABOUT, ID.CMD_RESET_SETUP):
                 program.command(command)
             program.main.close()
             settle()
             self.assertEqual(program.windows(), [about, program.main])
             leaves()
-            about.wait_gone()
+            run(program, shows(MAIN))
         program.command(104)  # a number without one
         self.assertEqual(program.exit(), 0)
 

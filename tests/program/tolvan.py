@@ -99,7 +99,8 @@ class Program:
         def ready():
             return next((window for window in self.windows() if window.enabled()
                          and window.kind() == DIALOG_CLASS and window.text() == title), None)
-        return wait_for(f"the window {title!r} (there are {[window.text() for window in self.windows()]})", ready, limit)
+        there = [window.text() for window in self.windows()]
+        return wait_for(f"the window {title!r} (there were {there})", ready, limit)
 
     def monitor(self):
         """The monitor's window, as soon as it is there."""
