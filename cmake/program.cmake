@@ -1,4 +1,4 @@
-# The Windows side: the program, its screen tests and the tool that drives it from outside.
+# The Windows side: the program, its tests and the tool that drives it from outside.
 enable_language(RC)
 
 # One file that needs nothing but Windows.
@@ -83,6 +83,9 @@ if(EXISTS ${GOOGLETEST_SOURCE}/CMakeLists.txt)
         ${TOLVAN_RESOURCES})
     target_include_directories(screen_tests PRIVATE ${CMAKE_SOURCE_DIR})
     target_link_libraries(screen_tests PRIVATE tolvan_screens gtest)
+    add_executable(windows_tests tests/windows_test.cpp ${TOLVAN_RESOURCES})
+    target_include_directories(windows_tests PRIVATE ${CMAKE_SOURCE_DIR})
+    target_link_libraries(windows_tests PRIVATE tolvan_screens gtest)
 endif()
 
 # The program tests start the program by the one and call Windows inside it through the other.
