@@ -125,8 +125,8 @@ def holds(values):
 
 
 class ScriptTest(ProgramTest):
-    def start(self, *script, arguments=()):
-        program = self.enterContext(Program(*arguments))
+    def start(self, *script, arguments=(), **options):
+        program = self.enterContext(Program(*arguments, **options))
         run(program, *script)
         return program
 
