@@ -127,6 +127,7 @@ def holds(values):
 class ScriptTest(ProgramTest):
     def start(self, *script, arguments=(), **options):
         program = self.enterContext(Program(*arguments, **options))
+        program.screen = program.main
         run(program, *script)
         return program
 

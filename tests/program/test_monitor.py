@@ -7,8 +7,8 @@ import termios
 import time
 
 from script import VK_RETURN, ScriptTest, asks, closes, key, run, shows
-from tolvan import (COM1, ID, IDCANCEL, IDNO, IDOK, IDYES, SC_MINIMIZE, WM_COMMAND, WM_KEYDOWN, WM_KEYUP, WM_SYSCOMMAND, call,
-                    focused, read_settings, settle, text_in)
+from tolvan import (COM1, ID, IDCANCEL, IDNO, IDOK, IDYES, SC_MINIMIZE, WM_COMMAND, WM_KEYDOWN, WM_KEYUP,
+                    WM_SYSCOMMAND, call, focused, read_settings, settle, text_in)
 
 BYTES_A_SECOND, DRIVER_QUEUE, LINE_LIMIT = 3840, 4095, 40  # at 38400 bit/s; bytes; characters
 CONTROL_NAMES = ("NUL SOH STX ETX EOT ENQ ACK BEL BS HT LF VT FF CR SO SI "
