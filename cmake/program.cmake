@@ -69,13 +69,11 @@ if(EXISTS ${GOOGLETEST_SOURCE}/CMakeLists.txt)
     add_subdirectory(${GOOGLETEST_SOURCE} googletest EXCLUDE_FROM_ALL SYSTEM)
     add_executable(screen_tests
         tests/screens/app_screens_test.cpp
-        tests/screens/comm_screens_test.cpp
         tests/screens/drive_dialog.cpp
         tests/screens/field_screen_test.cpp
         tests/screens/filegen_screens_test.cpp
         tests/screens/library_screens_test.cpp
         tests/screens/lookup_screens_test.cpp
-        tests/screens/monitor_screens_test.cpp
         tests/screens/options_screens_test.cpp
         tests/screens/program_screen_test.cpp
         tests/screens/screen_tests_main.cpp
