@@ -109,8 +109,8 @@ class MonitorTest(ScriptTest):
 
         program = self.start(OPENS)
         for command, (_, name, first, last, _) in zip(SETTING_COMMANDS, PROMPTS):
-            run(program, command, shows(name), last, key(VK_RETURN), shows(MAIN), in_monitor,
-                command, shows(name), is_focused(last), first, key(VK_ESCAPE), shows(MAIN), in_monitor)
+            for steps in ([last, key(VK_RETURN)], [first, key(VK_ESCAPE)], [is_focused(last), key(VK_ESCAPE)]):
+                run(program, command, shows(name), steps, shows(MAIN), in_monitor)
         self.assertEqual([menu_text(program.screen, command) for command in SETTING_COMMANDS],
                          [f"{name} [{last}]" for _, name, _, last, _ in PROMPTS])
         self.assertEqual(read_settings()["MONITOR"], {name: stored for name, *_, stored in PROMPTS})

@@ -3,7 +3,7 @@
 import re
 
 from script import VK_DOWN, VK_UP, ScriptTest, asks, closes, holds, key, run, shows, spin, step_by_keys
-from tolvan import (ID, IDCANCEL, IDNO, IDOK, IDYES, LIMIT, TITLE, crc, read_settings, settle, wait_for, windows_path)
+from tolvan import ID, IDCANCEL, IDNO, IDOK, IDYES, LIMIT, TITLE, crc, read_settings, settle, wait_for, windows_path
 
 SOH, EOT, ACK, CAN = b"\x01", b"\x04", b"\x06", b"\x18"
 CRC_FRAME = 133  # bytes
@@ -25,7 +25,6 @@ DATE START END   9600  XMODEM   XON/XOFF  DATA.007     384    OK
 DATE START END   9600  XMODEM   XON/XOFF  DATA.008     384    OK
 DATE START END   9600  XMODEM   XON/XOFF  DATA.009     128    OK
 """
-
 
 KEYS = ["PORT", "BAUDRATE", "DATABITS", "STOPBITS", "PARITY", "PROTOCOL", "FLOW_CONTROL", "XMODEM_RETRIES",
         "INTERFACE", "FILEMODE", "DIALMETHOD"]
