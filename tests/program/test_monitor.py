@@ -1,7 +1,6 @@
 """The monitor: its settings, captures from the line and the keyboard, its files, and how it ends."""
 
 import fcntl
-import os
 import random
 import termios
 import time
