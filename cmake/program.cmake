@@ -1,4 +1,4 @@
-# The Windows side: the program, its screen tests and the tool that drives it from outside.
+# The Windows side: the program, its tests and the tool that drives it from outside.
 enable_language(RC)
 
 # One file that needs nothing but Windows.
@@ -68,11 +68,9 @@ if(EXISTS ${GOOGLETEST_SOURCE}/CMakeLists.txt)
     set(BUILD_GMOCK OFF CACHE INTERNAL "")
     add_subdirectory(${GOOGLETEST_SOURCE} googletest EXCLUDE_FROM_ALL SYSTEM)
     add_executable(screen_tests
-        tests/screens/comm_screens_test.cpp
         tests/screens/drive_dialog.cpp
         tests/screens/field_screen_test.cpp
         tests/screens/lookup_screens_test.cpp
-        tests/screens/monitor_screens_test.cpp
         tests/screens/options_screens_test.cpp
         tests/screens/program_screen_test.cpp
         tests/screens/screen_tests_main.cpp
@@ -80,6 +78,9 @@ if(EXISTS ${GOOGLETEST_SOURCE}/CMakeLists.txt)
         ${TOLVAN_RESOURCES})
     target_include_directories(screen_tests PRIVATE ${CMAKE_SOURCE_DIR})
     target_link_libraries(screen_tests PRIVATE tolvan_screens gtest)
+    add_executable(windows_tests tests/windows_test.cpp ${TOLVAN_RESOURCES})
+    target_include_directories(windows_tests PRIVATE ${CMAKE_SOURCE_DIR})
+    target_link_libraries(windows_tests PRIVATE tolvan_screens gtest)
 endif()
 
 # The program tests start the program by the one and call Windows inside it through the other.

@@ -41,7 +41,7 @@ class Bridge:
 
 
 def call(name, *arguments):
-    """The result, a number of 32 bits. A text goes as its bytes and a NUL; a bytearray comes back as the call left it."""
+    """The result, a number of 32 bits. A text goes as bytes and a NUL; a bytearray comes back as the call left it."""
     def word(argument):
         argument = argument.encode("latin-1") + b"\0" if isinstance(argument, str) else argument
         return " =" + argument.hex() if isinstance(argument, (bytes, bytearray)) else f" {int(argument)}"

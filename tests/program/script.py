@@ -7,13 +7,19 @@ below. Whatever opens or closes a window is followed by shows(), which finds the
 
 import fnmatch
 import os
+import pathlib
 import re
+import shutil
+import tempfile
+import unittest
 
 from desktop import (IDOK, LB_GETITEMHEIGHT, LB_GETTOPINDEX, LB_SETTOPINDEX, VK_DOWN, VK_UP, WM_KEYDOWN, WM_NEXTDLGCTL,
                      focused, press, settle, wait_for)
+from line import Line
 from looks import is_own, looks
-from tolvan import FILE_NAME_EDIT, TITLE, Program, ProgramTest, windows_path
+from tolvan import TITLE, Program, windows_path
 
+FILE_NAME_EDIT = 0x47C  # of the file dialogs
 LOOKED_AT = set()  # dialogs by their titles
 
 
@@ -38,12 +44,11 @@ def run(program, *script):
 def shows(title, text=None):
     """Waits until a window is in front: a message box with this text, or a dialog."""
     def wait(program):
-        left = program.screen
-
         def is_there():
             program.screen = program.front()
             return program.screen and fnmatch.fnmatchcase(program.screen.text(), title) and (
-                text is None or program.screen.message() == text) and is_done(left, program.screen)
+                text is None or program.screen.message() == text)
+        settle()  # a window that is ending may still be in front
         try:
             wait_for((title, text), is_there)
         except AssertionError as error:
@@ -55,12 +60,6 @@ def shows(title, text=None):
             LOOKED_AT.add(name)
             looks(program)
     return wait
-
-
-def is_done(left, front):
-    """Whether the window that was left takes no more: one that is ending may still swallow what is meant for its owner,
-    which is in front by then."""
-    return not (left and left != front and left.alive() and left.enabled())
 
 
 def asks(text, answer, then, title=TITLE):
@@ -122,9 +121,38 @@ def holds(values):
     return compare
 
 
-class ScriptTest(ProgramTest):
-    def start(self, *script, arguments=()):
-        program = self.enterContext(Program(*arguments))
+def waits(values):
+    """Waits until these values stand behind their labels."""
+    return lambda program: [program.screen.wait_value(*part.split(": ")) for part in values.split("|")]
+
+
+def cancels(program):
+    """By the mouse: a transfer takes only what is posted."""
+    program.screen.click("Cancel")
+    program.screen.wait_value("Status:", "User Abort")
+
+
+class ScriptTest(unittest.TestCase):
+    """A folder of its own and a line for each test."""
+
+    def setUp(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="tolvan-"))
+        self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
+        self.line = Line()
+        self.addCleanup(self.line.close)
+
+    def file(self, name, content):
+        path = self.folder / name
+        path.write_bytes(content)
+        return path
+
+    def assert_padded(self, stored, sent, padding=b"\0"):
+        """What was sent, filled up to whole blocks."""
+        self.assertEqual(stored, sent + padding * (-len(sent) % 128))
+
+    def start(self, *script, arguments=(), **options):
+        program = self.enterContext(Program(*arguments, **options))
+        program.screen = program.main
         run(program, *script)
         return program
 

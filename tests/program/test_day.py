@@ -12,8 +12,8 @@ import test_files as files
 import test_library as library
 import test_programming as programming
 from desktop import IDCANCEL, IDYES, VK_RETURN
-from script import ScriptTest, closes, holds, key, row, run, shows, spin
-from test_monitor import captured
+from script import ScriptTest, cancels, closes, holds, key, row, run, shows, spin, waits
+from test_monitor import OPENS, captured, in_monitor
 from test_shell import RESET_ITEMS, setup_file
 from test_transfer import SEND_TITLE, WARNING
 from tolvan import DRIVE_C, ID, ROOT, TITLE, crc
@@ -31,11 +31,6 @@ def picture(name):
             subprocess.check_call(["import", "-window", "root", "-crop", f"{right - left}x{bottom - top}+{left}+{top}",
                                    "+repage", "-strip", "+dither", "-colors", "64", f"PNG8:{PICTURES}/{name}.png"])
     return take
-
-
-def waits(values):
-    """Waits until these values stand behind their labels."""
-    return lambda program: [program.screen.wait_value(*part.split(": ")) for part in values.split("|")]
 
 
 FIELDS = [  # what the operator does, and what the record then holds beside the defaults
@@ -76,8 +71,8 @@ PREPARES = [
     ID.CMD_COMM_SETUP, shows("Communication Setup"), "File mode: I", picture("comm-setup"), "OK", shows(MAIN)]
 LOOKS = [
     ID.CMD_DATA_EDITOR, shows(files.DATA), files.opens(WORK / NAMES[1], files.DATA),
-    holds("Data Filename: COUNT|Program Name: COUNT|1: 4711|2: 0700|3: M\xFCller|4: BLUE|5: 7"), picture("edit-data"), IDCANCEL,
-    shows(MAIN), ID.CMD_RECEIVE, shows("Enter Filename To Receive"), WORK / "COUNT.DAT", shows("Receive File"),
+    holds("Data Filename: COUNT|Program Name: COUNT|1: 4711|2: 0700|3: M\xFCller|4: BLUE|5: 7"), picture("edit-data"),
+    IDCANCEL, shows(MAIN), ID.CMD_RECEIVE, shows("Enter Filename To Receive"), WORK / "COUNT.DAT", shows("Receive File"),
     picture("receive"), "Close", shows(MAIN)]
 UPGRADES = [
     shows(MAIN), ID.CMD_UPGRADE, shows(UPGRADE, WARNING), IDYES, shows(SEND_TITLE), WORK / "NEW.UPG", shows(UPGRADE),
@@ -100,26 +95,22 @@ class DayTest(ScriptTest):
             (self.portable / "COUNT").write_bytes(content + bytes(-len(content) % 128))
             self.assertEqual(self.line.start("sx", "COUNT", folder=self.portable).finish(), 0)
         run(program, waits("File: COUNT.003|Status: Waiting"), picture("auto-receive"),
-            lambda _: program.screen.click("Cancel"),  # a transfer takes only what is posted, as by the mouse
-            waits("Status: User Abort"), "Close", shows(MAIN))
+            cancels, "Close", shows(MAIN))
         for name, content in zip(NAMES, COLLECTED):
             self.assert_holds(name, content)
         self.assertEqual([line.split()[-3:] for line in (WORK / "LOG.TXT").read_text().splitlines()[4:]],
                          [[name, "128", "OK"] for name in NAMES])
 
     def watches(self, program):
-        def to_monitor(_):
-            program.screen = program.monitor()
-
         def portable_sends(_):
             self.line.wait_open()
             self.line.write(COLLECTED[1])
             time.sleep(1)  # until it is read
 
-        run(program, ID.CMD_MONITOR, to_monitor, ID.CMD_MON_SETTING, shows("Serial Port"), "COM1|OK", shows(MAIN),
-            to_monitor, ID.CMD_MON_CAPTURE, portable_sends, picture("monitor"), ID.CMD_MON_CAPTURE)
+        run(program, OPENS, ID.CMD_MON_SETTING, shows("Serial Port"), "COM1|OK", shows(MAIN),
+            in_monitor, ID.CMD_MON_CAPTURE, portable_sends, picture("monitor"), ID.CMD_MON_CAPTURE)
         self.line.wait_closed()
-        run(program, ID.CMD_SAVE, shows("Save As"), WORK / "LINE.CAP", shows(MAIN), to_monitor, closes)
+        run(program, ID.CMD_SAVE, shows("Save As"), WORK / "LINE.CAP", shows(MAIN), in_monitor, closes)
         self.assert_holds("LINE.CAP", captured(COLLECTED[1]))
 
     def test_day(self):

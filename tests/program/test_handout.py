@@ -6,7 +6,8 @@ import subprocess
 import zipfile
 
 from desktop import LIMIT, wait_for
-from tolvan import PREFIX, ROOT, TITLE, Program, ProgramTest, start_wine, windows_path
+from script import ScriptTest
+from tolvan import PREFIX, ROOT, TITLE, Program, start_wine, windows_path
 
 NAME = str(ROOT / f"build/win64/handout/TolvanP-{TITLE.rpartition('V')[2]}-win64")
 CLASSES, UNINSTALL = r"HKCU\Software\Classes", r"HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\TolvanP"
@@ -16,7 +17,7 @@ def registry(*command):
     return subprocess.run(["wine", "reg", *command], stdin=subprocess.DEVNULL, capture_output=True).stdout.decode()
 
 
-class HandoutTest(ProgramTest):
+class HandoutTest(ScriptTest):
     def install(self):
         return start_wine(NAME + "-setup.exe", "/S").wait(LIMIT)
 

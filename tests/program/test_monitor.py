@@ -1,20 +1,32 @@
-"""The monitor: captures from the line, its files, and how it ends."""
+"""The monitor: its settings, captures from the line and the keyboard, its files, and how it ends."""
 
 import fcntl
 import random
 import termios
 import time
 
-from desktop import IDCANCEL, IDOK, IDYES, WM_KEYDOWN, WM_NULL, WM_SYSCOMMAND, call
+from desktop import (IDCANCEL, IDNO, IDOK, IDYES, SC_MINIMIZE, VK_CONTROL, VK_ESCAPE, VK_PRIOR, VK_RETURN, WM_COMMAND,
+                     WM_KEYDOWN, WM_KEYUP, WM_SYSCOMMAND, call, focused, settle, text_in)
 from line import COM1
-from tolvan import ID, Program, ProgramTest
+from script import ScriptTest, asks, closes, key, run, shows
+from tolvan import ID, read_settings
 
 BYTES_A_SECOND, DRIVER_QUEUE, LINE_LIMIT = 3840, 4095, 40  # at 38400 bit/s; bytes; characters
 CONTROL_NAMES = ("NUL SOH STX ETX EOT ENQ ACK BEL BS HT LF VT FF CR SO SI "
                  "DLE DC1 DC2 DC3 DC4 NAK SYN ETB CAN EM SUB ESC FS GS RS US").split()
 SETTINGS = {"MONITOR": {"M_PORT": 1, "M_BAUDRATE": 38400, "M_FKEYS": 0, "M_SKEYS": 0}}
 IDLE_TIME, IDLE_SHARE = 10, 0.05  # seconds; of one core
-SC_KEYMENU, VK_ESCAPE = 0xF100, 0x1B
+SC_KEYMENU, WM_KILLFOCUS, WM_SYSKEYDOWN, WM_SYSKEYUP = 0xF100, 0x8, 0x104, 0x105
+VK_MENU, VK_SNAPSHOT, VK_F4, VK_F10 = 0x12, 0x2C, 0x73, 0x79
+MF_GRAYED, MF_CHECKED, SB_VERT = 1, 8, 1
+BOX, MAIN, SETUP = "Tolvan Programmer", "Tolvan Programmer V1.17*", "Communication Setup"
+PROMPTS = [  # in the menu's order: key, name, first and last choice, and what the last is stored as
+    ("M_PORT", "Serial Port", "NONE", "COM:4", "4"), ("M_BAUDRATE", "Baud Rate", "300", "38400", "38400"),
+    ("M_DATABITS", "Data Bits", "7", "8", "8"), ("M_STOPBITS", "Stop Bits", "1", "2", "2"),
+    ("M_PARITY", "Parity", "None", "Even", "2"), ("M_XON", "Use XON/XOFF", "No", "Yes", "1"),
+    ("M_FKEYS", "Function Keys", "None", "Both", "3"), ("M_SKEYS", "Special Keys", "None", "Both", "3"),
+    ("M_CR", "Translate {CR}", "No", "Yes", "1")]
+SETTING_COMMANDS = range(ID.CMD_MON_SETTING, ID.CMD_MON_SETTING + len(PROMPTS))
 
 
 def token(byte):
@@ -37,13 +49,45 @@ def captured(data):
     return "".join(line + "\n" for line in lines).encode()
 
 
-class MonitorTest(ProgramTest):
-    def open_monitor(self, program):
-        program.command(ID.CMD_MONITOR)
-        return program.monitor()
+def in_monitor(program):
+    """Goes on in the monitor's window, wherever it lies."""
+    program.screen = program.monitor()
 
-    def capture(self, monitor):
-        monitor.command(ID.CMD_MON_CAPTURE)
+
+def in_main(program):
+    program.screen = program.main
+
+
+OPENS = [in_main, ID.CMD_MONITOR, in_monitor]
+
+
+def says(command, text, answer=IDOK):
+    return [command, asks(text, answer, MAIN, BOX), in_monitor]
+
+
+def saves(path):
+    return [ID.CMD_SAVE, shows("Save As"), path, shows(MAIN), in_monitor]
+
+
+def takes(message, *parameters):
+    return lambda program: [*(program.screen.post(message, parameter) for parameter in parameters), settle()]
+
+
+def menu_text(monitor, command):
+    text = bytearray(100)
+    call("GetMenuStringA", monitor.get("GetMenu"), command, text, len(text), 0)
+    return text_in(text)
+
+
+def menu_states(monitor, flag):
+    """The commands that have it."""
+    commands = [ID.CMD_OPEN, ID.CMD_SAVE, ID.CMD_MON_PRINT, ID.CMD_MON_CLOSE, ID.CMD_MON_CAPTURE, *SETTING_COMMANDS]
+    return [command for command in commands if call("GetMenuState", monitor.get("GetMenu"), command, 0) & flag]
+
+
+class MonitorTest(ScriptTest):
+    def capture(self, program):
+        run(program, ID.CMD_MON_CAPTURE)
         self.line.wait_open()
 
     def send_at_line_speed(self, data, events):
@@ -60,30 +104,58 @@ class MonitorTest(ProgramTest):
                 unread = max(unread, int.from_bytes(fcntl.ioctl(port, termios.FIONREAD, bytes(4)), "little"))
         self.assertLess(unread, DRIVER_QUEUE)
 
-    def save(self, program, monitor, name):
-        monitor.command(ID.CMD_SAVE)
-        program.choose_file("Save As", self.folder / name)
-        monitor.send(WM_NULL)  # is answered when the file is written
+    def test_settings_are_chosen_shown_and_stored(self):
+        def is_focused(caption):
+            return lambda _: self.assertEqual(focused().text(), caption)
+
+        program = self.start(OPENS)
+        for command, (_, name, first, last, _) in zip(SETTING_COMMANDS, PROMPTS):
+            for steps in ([last, key(VK_RETURN)], [first, key(VK_ESCAPE)], [is_focused(last), key(VK_ESCAPE)]):
+                run(program, command, shows(name), steps, shows(MAIN), in_monitor)
+        self.assertEqual([menu_text(program.screen, command) for command in SETTING_COMMANDS],
+                         [f"{name} [{last}]" for _, name, _, last, _ in PROMPTS])
+        self.assertEqual(read_settings()["MONITOR"], {name: stored for name, *_, stored in PROMPTS})
+
+    def test_captures_the_keyboard_alone(self):
+        program = self.start(
+            OPENS, says(ID.CMD_SAVE, "X No Captured Data to Save."),
+            says(ID.CMD_MON_PRINT, "X No Captured Data to Print."),
+            says(ID.CMD_MON_CAPTURE, "X Error Opening Com Port."), settings={"MONITOR": {"M_PORT": 9}})
+        monitor = program.screen
+        self.assertEqual(monitor.text(), "Tolvan Monitor--Capture Mode[ON]")
+        self.assertEqual(menu_states(monitor, MF_CHECKED), [ID.CMD_MON_CAPTURE])
+        self.assertEqual(menu_states(monitor, MF_GRAYED),
+                         [ID.CMD_OPEN, ID.CMD_SAVE, ID.CMD_MON_PRINT, *SETTING_COMMANDS[:6]])
+        run(program, takes(WM_SYSKEYDOWN, VK_MENU, VK_F4),  # neither the menu nor the end
+            takes(WM_SYSKEYUP, VK_F4, VK_MENU, VK_F10), takes(WM_KEYDOWN, VK_CONTROL),
+            takes(WM_KILLFOCUS, 0),  # takes its release away
+            takes(WM_KEYUP, ord("B"), VK_SNAPSHOT), takes(WM_SYSCOMMAND, SC_MINIMIZE))
+        self.assertTrue(monitor.get("IsIconic"))
+        run(program, OPENS, takes(WM_KEYUP, *[VK_RETURN] * 40), takes(WM_COMMAND, ID.CMD_MON_CAPTURE))
+        self.assertEqual([window for window in program.windows() if window.kind() == "MONITOR"], [monitor])
+        self.assertEqual((monitor.text(), monitor.get("IsIconic")), ("Tolvan Monitor--Capture Mode[OFF]", 0))
+        self.assertEqual(monitor.get("GetScrollPos", SB_VERT), 41 - 15)
+        run(program, takes(WM_KEYDOWN, VK_PRIOR), says(ID.CMD_OPEN, "? Overwrite Captured Data?", IDNO))
+        self.assertEqual(monitor.get("GetScrollPos", SB_VERT), 41 - 17 - 16)
+        run(program, saves(self.folder / "keys"))
+        self.assert_holds("keys.cap", b"{Alt {F4}}{F10}b{PrtScr}{CR}\n" + b"{CR}\n" * 39 + b"\n")
 
     def test_loses_nothing_at_full_speed(self):
         sent = random.Random(1).randbytes(100_000)
-        program = self.enterContext(Program(settings=SETTINGS))
-        monitor = self.open_monitor(program)
-        self.capture(monitor)
+        program = self.start(OPENS, self.capture, settings=SETTINGS)
+        monitor = program.screen
         self.send_at_line_speed(sent, [
             lambda: program.command(ID.CMD_ABOUT), lambda: program.window("About Tolvan Programmer").command(IDOK),
             lambda: monitor.post(WM_SYSCOMMAND, SC_KEYMENU, ord("s")),
             lambda: [monitor.post(WM_KEYDOWN, VK_ESCAPE) for _ in range(2)]])
         time.sleep(1)  # until the last bytes are read
-        monitor.command(ID.CMD_MON_CAPTURE)
+        run(program, ID.CMD_MON_CAPTURE)
         self.line.wait_closed()
-        self.save(program, monitor, "first")
-        self.assertEqual((self.folder / "first.cap").read_bytes(), captured(sent))
-        monitor.command(ID.CMD_OPEN)
-        self.assertEqual(program.answer("Tolvan Programmer", IDYES), "? Overwrite Captured Data?")
-        program.choose_file("Open", self.folder / "first.cap")
-        self.save(program, monitor, "v1.again")
-        self.assertEqual((self.folder / "v1.again").read_bytes(), captured(sent))
+        first, again = self.folder / "first.cap", self.folder / "v1.again"
+        run(program, saves(self.folder / "first"), ID.CMD_OPEN, asks("? Overwrite Captured Data?", IDYES, "Open", BOX),
+            first, shows(MAIN), in_monitor, saves(again))
+        for path in (first, again):
+            self.assert_holds(path, captured(sent))
 
     def test_idles_and_ends_in_capture(self):
         def processor_time():
@@ -91,24 +163,17 @@ class MonitorTest(ProgramTest):
             call("GetProcessTimes", -1, *times)
             return sum(int.from_bytes(part, "little") for part in times[2:]) / 10_000_000
 
-        program = self.enterContext(Program(settings=SETTINGS))
-        monitor = self.open_monitor(program)
-        self.capture(monitor)
+        program = self.start(OPENS, self.capture, settings=SETTINGS)
         before = processor_time()
         time.sleep(IDLE_TIME)
         self.assertLess(processor_time() - before, IDLE_TIME * IDLE_SHARE)
-        monitor.close()
-        monitor.wait_gone()
+        run(program, closes, shows(MAIN))
         self.line.wait_closed()
         # Begun behind a dialog, capture must not keep the dialog from ending.
-        monitor = self.open_monitor(program)
-        program.command(ID.CMD_COMM_SETUP)
-        setup = program.window("Communication Setup")
-        self.capture(monitor)
+        run(program, OPENS, in_main, ID.CMD_COMM_SETUP, shows(SETUP), in_monitor, self.capture)
+        setup = program.window(SETUP)
         setup.command(IDCANCEL)
         setup.wait_gone()
-        monitor.close()
-        monitor.wait_gone()
-        self.capture(self.open_monitor(program))  # which ends with the program
-        self.assertEqual(program.exit(), 0)
+        run(program, closes, shows(MAIN), OPENS, self.capture)
+        self.assertEqual(program.exit(), 0)  # with the capture
         self.line.wait_closed()

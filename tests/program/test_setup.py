@@ -4,9 +4,9 @@ import re
 from itertools import zip_longest
 
 from desktop import IDOK, VK_TAB
-from script import closes, holds, key, row, run, shows, spin, step_by_keys
+from script import ScriptTest, closes, holds, key, row, run, shows, spin, step_by_keys
 from test_shell import setup_file
-from tolvan import ID, TITLE, Program, ProgramTest
+from tolvan import ID, TITLE, Program
 
 ITEMS_OFFSET, FLAGS_END, ITEMS_END, TEXT_COUNT = 5, 18, 73, 6
 BOX = re.compile(r"(\d+)\.(\d+) ([^|]+)")
@@ -94,7 +94,7 @@ LIMITS = {
 }
 
 
-class SetupDialogTest(ProgramTest):
+class SetupDialogTest(ScriptTest):
     def setUp(self):
         super().setUp()
         self.items, self.texts = bytearray(ITEMS_END), [b""] * TEXT_COUNT  # the items by their offsets

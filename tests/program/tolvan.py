@@ -10,14 +10,10 @@ import contextlib
 import os
 import pathlib
 import re
-import shutil
 import subprocess
-import tempfile
 import types
-import unittest
 
-from desktop import DIALOG_CLASS, IDCANCEL, IDOK, LIMIT, Bridge, ProgramEnded, Window, call, wait_for
-from line import Line
+from desktop import DIALOG_CLASS, LIMIT, Bridge, ProgramEnded, Window, call, wait_for
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 PROGRAM = ROOT / "build/win64/TolvanP.exe"
@@ -28,7 +24,6 @@ DRIVE_C = PREFIX / "drive_c"
 INI = DRIVE_C / "windows/TolvanP.INI"
 APP_DATA_INI_PATTERN = "drive_c/users/*/AppData/Roaming/TolvanP.INI"
 
-FILE_NAME_EDIT = 0x47C  # of the file dialogs
 TITLE = "Tolvan Programmer V1.17"  # of the program, of its questions, and its window class
 
 ID = types.SimpleNamespace(**{  # every identifier of the resources by its name
@@ -115,22 +110,6 @@ class Program:
         return next((window for window in self.windows()
                      if window.kind() in (DIALOG_CLASS, TITLE) and window.enabled()), None)
 
-    def answer(self, caption, button=IDOK, limit=LIMIT):
-        """Presses a button of a message box and returns the box's text."""
-        box = self.window(caption, limit)
-        text = box.message()
-        box.command(button)
-        box.wait_gone()
-        return text
-
-    def choose_file(self, title, path):
-        """Answers a file dialog; `path` None cancels it."""
-        dialog = self.window(title)
-        if path is not None:
-            dialog.control(FILE_NAME_EDIT).set_text(windows_path(path))
-        dialog.command(IDCANCEL if path is None else IDOK)
-        dialog.wait_gone()
-
     def wait_exit(self, limit=LIMIT):
         """The exit code."""
         try:
@@ -158,22 +137,3 @@ def read_settings():
     settings.optionxform = str
     settings.read_string(INI.read_text(encoding="latin-1"))
     return {section: dict(settings[section]) for section in settings.sections()}
-
-
-class ProgramTest(unittest.TestCase):
-    """A folder of its own and a line for each test."""
-
-    def setUp(self):
-        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="tolvan-"))
-        self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
-        self.line = Line()
-        self.addCleanup(self.line.close)
-
-    def file(self, name, content):
-        path = self.folder / name
-        path.write_bytes(content)
-        return path
-
-    def assert_padded(self, stored, sent, padding=b"\0"):
-        """What was sent, filled up to whole blocks."""
-        self.assertEqual(stored, sent + padding * (-len(sent) % 128))
