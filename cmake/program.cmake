@@ -79,7 +79,6 @@ if(EXISTS ${GOOGLETEST_SOURCE}/CMakeLists.txt)
         tests/screens/options_screens_test.cpp
         tests/screens/program_screen_test.cpp
         tests/screens/screen_tests_main.cpp
-        tests/screens/setup_screens_test.cpp
         ${TOLVAN_RESOURCES})
     target_include_directories(screen_tests PRIVATE ${CMAKE_SOURCE_DIR})
     target_link_libraries(screen_tests PRIVATE tolvan_screens gtest)

@@ -3,7 +3,7 @@
 import re
 from itertools import zip_longest
 
-from script import VK_TAB, closes, holds, key, row, run, shows, spin, step_by_keys
+from script import VK_RETURN, VK_TAB, closes, holds, key, row, run, shows, spin, step_by_keys
 from test_shell import setup_file
 from tolvan import ID, IDOK, TITLE, Program, ProgramTest
 
@@ -166,3 +166,12 @@ class SetupDialogTest(ProgramTest):
                 for offset, *ways in values.values():
                     self.items[offset] = ways[way][1]
                 self.assert_saves(title, way)
+
+    def test_enter_keeps_what_is_in_no_list_range_or_normal_form(self):
+        self.items[ITEMS_OFFSET:] = b"\xFE" * (ITEMS_END - ITEMS_OFFSET)
+        self.texts[0] = b"/0d/G " + b"/" * 26
+        self.open_file("odd.cft")
+        for title in SCREENS:
+            self.use(title, closes)  # looking at it for the first time visits the edits
+            self.confirm(title, key(VK_RETURN))
+            self.assert_saves(title)
