@@ -71,13 +71,9 @@ if(EXISTS ${GOOGLETEST_SOURCE}/CMakeLists.txt)
         tests/screens/app_screens_test.cpp
         tests/screens/comm_screens_test.cpp
         tests/screens/drive_dialog.cpp
-        tests/screens/field_screen_test.cpp
         tests/screens/filegen_screens_test.cpp
         tests/screens/library_screens_test.cpp
-        tests/screens/lookup_screens_test.cpp
         tests/screens/monitor_screens_test.cpp
-        tests/screens/options_screens_test.cpp
-        tests/screens/program_screen_test.cpp
         tests/screens/screen_tests_main.cpp
         ${TOLVAN_RESOURCES})
     target_include_directories(screen_tests PRIVATE ${CMAKE_SOURCE_DIR})

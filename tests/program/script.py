@@ -11,7 +11,7 @@ import re
 
 from looks import is_own, looks
 from tolvan import (FILE_NAME_EDIT, IDOK, LB_GETITEMHEIGHT, LB_GETTOPINDEX, LB_SETTOPINDEX, TITLE, WM_KEYDOWN,
-                    WM_NEXTDLGCTL, Program, ProgramTest, focused, press, settle, wait_for, windows_path)
+                    WM_NEXTDLGCTL, Program, ProgramTest, focused, plain, press, settle, wait_for, windows_path)
 
 VK_TAB, VK_RETURN, VK_UP, VK_DOWN, VK_INSERT, VK_DELETE = 0x09, 0x0D, 0x26, 0x28, 0x2D, 0x2E
 LOOKED_AT = set()  # dialogs by their titles
@@ -114,13 +114,27 @@ def closes(program):
 
 
 def holds(values):
-    """Compares what stands behind labels, and the ticks of boxes."""
+    """Compares what stands behind labels and captions, and the ticks of boxes."""
     def compare(program):
+        settle()
         for part in values.split("|"):
             label, colon, value = part.partition(": ")
             found = program.screen.find(label)
             held = found[1].text() if colon else found[0].ticked()
             assert held == (value if colon else 1), f"{label} {held!r} instead of {part!r}"
+    return compare
+
+
+def disabled(*captions):
+    """Compares what is disabled: buttons by their captions, others by their labels, and arrows by a + behind those."""
+    def compare(program):
+        settle()
+        children, off = program.screen.children(), ""
+        for before, control in zip(children, children[1:]):
+            if not control.enabled():
+                label = control if control.kind() == "Button" else before
+                off += "+" if control.kind() == "msctls_updown32" else "|" + plain(label.text())
+        assert off[1:] == "|".join(captions), off
     return compare
 
 
