@@ -52,12 +52,11 @@ class LookupTest(ScriptTest):
         path = self.file("a.pgt", program_file(b"A", [kept, *befores, {}], flags=0x22))
         self.start(
             START, opens(path, "Programming (A)"), row(1), "Edit", shows(FIELD), "Define", shows(TABLE), "OK",
-            shows(FIELD), "Next", shows(FIELD), [[script, shows(FIELD), "Next", done_changed(IDYES, FIELD)]
-                                                 for _, script, _ in LOOKUPS], "Done", shows(WINDOW),
-            saves(path, "Error"), IDYES, shows("Save File"),
+            shows(FIELD), "Next", shows(FIELD),
+            [[script, shows(FIELD), "Next", done_changed(IDYES, FIELD)] for _, script, _ in LOOKUPS],
+            "Done", shows(WINDOW), saves(self.folder / "b", "Save File"),
             asks("! Cannot Save Program File.\nNo Field for Lookup Data defined!", IDOK, WINDOW, "Save File"),
-            "Edit", shows(FIELD), "Input Source: L", "Done", done_changed(IDYES), saves(path, "Error"), IDYES,
-            shows("Programming (A)"))
+            "Edit", shows(FIELD), "Input Source: L", "Done", done_changed(IDYES), saves(self.folder / "b", "*(B)"))
         changed = [dict(lookup=after) for _, _, after in LOOKUPS]
-        self.assert_holds("a.pgt", program_file(b"A", [
+        self.assert_holds("b.pgt", program_file(b"B", [
             kept, *changed, dict(source="L", flags=0x9A, bar_codes=0x8000)]))
