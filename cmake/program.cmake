@@ -67,17 +67,6 @@ if(EXISTS ${GOOGLETEST_SOURCE}/CMakeLists.txt)
     set(INSTALL_GTEST OFF CACHE INTERNAL "")
     set(BUILD_GMOCK OFF CACHE INTERNAL "")
     add_subdirectory(${GOOGLETEST_SOURCE} googletest EXCLUDE_FROM_ALL SYSTEM)
-    add_executable(screen_tests
-        tests/screens/drive_dialog.cpp
-        tests/screens/field_screen_test.cpp
-        tests/screens/lookup_screens_test.cpp
-        tests/screens/options_screens_test.cpp
-        tests/screens/program_screen_test.cpp
-        tests/screens/screen_tests_main.cpp
-        tests/screens/setup_screens_test.cpp
-        ${TOLVAN_RESOURCES})
-    target_include_directories(screen_tests PRIVATE ${CMAKE_SOURCE_DIR})
-    target_link_libraries(screen_tests PRIVATE tolvan_screens gtest)
     add_executable(windows_tests tests/windows_test.cpp ${TOLVAN_RESOURCES})
     target_include_directories(windows_tests PRIVATE ${CMAKE_SOURCE_DIR})
     target_link_libraries(windows_tests PRIVATE tolvan_screens gtest)

@@ -14,7 +14,7 @@ import tempfile
 import unittest
 
 from desktop import (IDOK, LB_GETITEMHEIGHT, LB_GETTOPINDEX, LB_SETTOPINDEX, VK_DOWN, VK_UP, WM_KEYDOWN, WM_NEXTDLGCTL,
-                     focused, press, settle, wait_for)
+                     focused, plain, press, settle, wait_for)
 from line import Line
 from looks import is_own, looks
 from tolvan import TITLE, Program, windows_path
@@ -111,13 +111,27 @@ def closes(program):
 
 
 def holds(values):
-    """Compares what stands behind labels, and the ticks of boxes."""
+    """Compares what stands behind labels and captions, and the ticks of boxes."""
     def compare(program):
+        settle()
         for part in values.split("|"):
             label, colon, value = part.partition(": ")
             found = program.screen.find(label)
             held = found[1].text() if colon else found[0].ticked()
             assert held == (value if colon else 1), f"{label} {held!r} instead of {part!r}"
+    return compare
+
+
+def disabled(*captions):
+    """Compares what is disabled: buttons by their captions, others by their labels, and arrows by a + behind those."""
+    def compare(program):
+        settle()
+        children, off = program.screen.children(), ""
+        for before, control in zip(children, children[1:]):
+            if not control.enabled():
+                label = control if control.kind() == "Button" else before
+                off += "+" if control.kind() == "msctls_updown32" else "|" + plain(label.text())
+        assert off[1:] == "|".join(captions), off
     return compare
 
 

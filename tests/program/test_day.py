@@ -72,7 +72,8 @@ PREPARES = [
 LOOKS = [
     ID.CMD_DATA_EDITOR, shows(files.DATA), files.opens(WORK / NAMES[1], files.DATA),
     holds("Data Filename: COUNT|Program Name: COUNT|1: 4711|2: 0700|3: M\xFCller|4: BLUE|5: 7"), picture("edit-data"),
-    IDCANCEL, shows(MAIN), ID.CMD_RECEIVE, shows("Enter Filename To Receive"), WORK / "COUNT.DAT", shows("Receive File"),
+    IDCANCEL, shows(MAIN), ID.CMD_RECEIVE, shows("Enter Filename To Receive"), WORK / "COUNT.DAT",
+    shows("Receive File"),
     picture("receive"), "Close", shows(MAIN)]
 UPGRADES = [
     shows(MAIN), ID.CMD_UPGRADE, shows(UPGRADE, WARNING), IDYES, shows(SEND_TITLE), WORK / "NEW.UPG", shows(UPGRADE),
