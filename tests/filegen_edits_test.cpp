@@ -1,7 +1,7 @@
 #include "files/FILEGEN_edits.h"
 #include "files/MEMORY.h"
 #include "tests/desktop_script.h"
-#include "tests/filegen_script.h"
+#include "tests/file_script.h"
 
 #include <gtest/gtest.h>
 #include <limits>

@@ -1,5 +1,5 @@
-// The answers that tests give to what file logic asks the operator in dialogs of its own. A question that was
-// not announced aborts the test.
+// The answers that tests give to what the logic of files asks the operator in dialogs of its own. A question
+// is announced like a message box: it has its place between them, and what is offered is compared.
 #pragma once
 
 #include "files/FILEGEN_import.h"
@@ -9,12 +9,13 @@
 void expect_lookup_format(int answer);
 
 // Which columns to take, one letter a column ('y' or 'n'); an empty text cancels. The names offered are
-// compared with `names`, parted by '|', padding left out.
+// parted by '|', padding left out.
 void expect_import_choice(const std::string& names, const std::string& columns,
                           const IMPORT_OPTIONS& options = {});
 
-// True when all announced questions were asked.
-bool filegen_questions_asked();
+// The rows offered are parted by '|', and may be any where the text is empty; `answer` is the row chosen, -1
+// for Cancel.
+void expect_library_member(const std::string& rows, int answer);
 
 // The records that are stored, each with a bar behind it.
 std::string stored_records();
