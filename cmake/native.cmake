@@ -38,7 +38,6 @@ add_executable(logic_tests
     tests/comm_transfer_test.cpp
     tests/comm_xmodem_test.cpp
     tests/convert_test.cpp
-    tests/filegen_edits_test.cpp
     tests/filegen_files_test.cpp
     tests/library_test.cpp
     tests/lookup_test.cpp

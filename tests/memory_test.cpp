@@ -1,7 +1,10 @@
 #include "files/MEMORY.h"
 
+#include "files/FILEGEN_edits.h"
+#include "tests/desktop_script.h"
+#include "tests/file_script.h"
+
 #include <algorithm>
-#include <cstring>
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
@@ -14,25 +17,18 @@ using RECORDS = std::vector<std::string>;
 
 constexpr std::size_t NO_BOUND = std::numeric_limits<std::size_t>::max();
 
-// The records of a chunk whose end, marker, count and bytes are as they must be.
-std::vector<std::string_view> chunk_records(const MEMCHUNK& chunk) {
+void check_chunk(const MEMCHUNK& chunk) {
     const bool last = &chunk == &memchunks.back();
-    const char* data = chunk.data.get();
+    const std::string_view bytes(chunk.data.get(), chunk.used);
     EXPECT_TRUE(chunk.used < MEMCHUNK_SIZE && (chunk.used > 0 || last));
-    EXPECT_EQ(data[chunk.used], last ? END_OF_RECORDS : MORE_RECORDS);
-    EXPECT_EQ(std::memchr(data, MORE_RECORDS, chunk.used), nullptr);
-    EXPECT_EQ(std::memchr(data, END_OF_RECORDS, chunk.used), nullptr);
-    std::vector<std::string_view> records;
-    records.reserve(chunk.records);
-    for (std::size_t at = 0; at < chunk.used; at += records.back().size() + 1)
-        records.emplace_back(data + at);
-    EXPECT_EQ(records.size(), chunk.records);
-    return records;
+    EXPECT_TRUE(bytes.empty() || bytes.back() == '\0');
+    EXPECT_EQ(std::ranges::count(bytes, '\0'), chunk.records);
+    EXPECT_EQ(bytes.find(MORE_RECORDS) & bytes.find(END_OF_RECORDS), std::string_view::npos);
+    EXPECT_EQ(chunk.data[chunk.used], last ? END_OF_RECORDS : MORE_RECORDS);
 }
 
 RECORDS all_records() {
-    for (const auto& chunk : memchunks)
-        chunk_records(chunk);
+    std::ranges::for_each(memchunks, check_chunk);
     RECORDS walked;
     for (char* record = goto_first_record(); *record != END_OF_RECORDS; record = goto_next_record(record))
         walked.emplace_back(record);
@@ -48,6 +44,22 @@ std::size_t chunks_needed(const char* record, std::size_t size, std::size_t old_
         return 0;
     const bool in_two = before + size + 1 < MEMCHUNK_SIZE || size + followers < MEMCHUNK_SIZE;
     return in_two ? 1 : 2;
+}
+
+// One record a letter.
+void store(const std::string& letters) {
+    initialize_memory();
+    for (const char letter : letters)
+        add_record_entry({&letter, 1});
+    record_entry_total = record_count();
+    reset_desktop();
+}
+
+std::string stored() {
+    std::string letters = stored_records();
+    std::erase(letters, '|');
+    EXPECT_TRUE(record_count() == letters.size() && record_entry_total == letters.size());
+    return letters;
 }
 
 } // namespace
@@ -103,8 +115,46 @@ TEST(MemoryTest, ManyOperationsKeepTheStoreLikeAVector) {
         else if (fits)
             model.insert(at, held);
         ASSERT_TRUE(!fits || place == model.size() || record == model[place]);
-        chunk_records(*current_memchunk);
+        check_chunk(*current_memchunk);
         ASSERT_TRUE(operation % 1000 != 0 || all_records() == model);
     }
     most_memchunks = NO_BOUND;
+}
+
+TEST(FilegenEditsTest, RepetitiveEditsTakeEveryRecordOfTheInterval) {
+    const struct {
+        std::uint32_t start, interval;
+        const char *inserted, *deleted;
+    } cases[] = {{1, 1, "XAXBXCXDXE", ""},
+                 {1, 2, "XABXCDXE", "BD"},
+                 {2, 4, "AXBCDE", "ACDE"},
+                 {5, 1, "ABCDXE", "ABCD"}};
+    for (const auto& c : cases) {
+        store("ABCDE");
+        EXPECT_TRUE(repeat_insert(c.start, c.interval, "X"));
+        EXPECT_EQ(stored(), c.inserted);
+        store("ABCDE");
+        EXPECT_TRUE(repeat_delete(c.start, c.interval));
+        EXPECT_EQ(stored(), c.deleted);
+    }
+}
+
+TEST(FilegenEditsTest, RepetitiveEditsOfManyChunksShowTheirProgress) {
+    store("AB");
+    EXPECT_TRUE(repeat_add(MOST_REPEATS, "X"));
+    EXPECT_TRUE(repeat_insert(1, 2, "Y"));
+    EXPECT_TRUE(repeat_delete(2, 3));
+    EXPECT_TRUE(repeat_delete(2, 2));
+    EXPECT_EQ(stored(), std::string(MOST_REPEATS / 2 + 2, 'Y'));
+    EXPECT_EQ(desktop_status_log.front(), "open 5");
+    EXPECT_EQ(desktop_status_log[2], "update 1024/65535");
+    EXPECT_EQ(desktop_status_log.back(), "close");
+
+    store("A");
+    most_memchunks = 1;
+    EXPECT_FALSE(repeat_add(MOST_REPEATS, "X"));
+    EXPECT_FALSE(repeat_insert(1, 1, "X"));
+    most_memchunks = NO_BOUND;
+    EXPECT_EQ(stored().size(), MEMCHUNK_SIZE / 2 - 1);
+    EXPECT_EQ(desktop_status_log.back(), "close");
 }
