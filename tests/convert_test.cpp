@@ -6,18 +6,16 @@ namespace {
 
 using namespace std::string_literals;
 
-class ConvertTest : public FILE_TEST {
-protected:
-    // What is read of a file, each text with a bar behind it.
-    std::string texts_of(const std::string& fields) const {
-        write_bytes(path("TEXTS"), fields);
-        const FILE_HANDLE file = open_file(path("TEXTS"), "rb");
-        std::string texts;
-        for (std::string text; read_string_data(file.get(), text);)
-            texts += text + '|';
-        return texts;
-    }
-};
+class ConvertTest : public FILE_TEST {};
+
+std::string texts_of(const std::string& name, const std::string& fields) {
+    write_bytes(name, fields);
+    const FILE_HANDLE file = open_file(name, "rb");
+    std::string texts;
+    for (std::string text; read_string_data(file.get(), text);)
+        texts += text + '|';
+    return texts;
+}
 
 } // namespace
 
@@ -38,9 +36,9 @@ TEST_F(ConvertTest, ReadsFieldAfterFieldInEveryCodingAndACutOneInPart) {
         {"\x04\x12", "12|"},
         {packed, "0123456789 .!{abcdefghijklmnopqrstuvwxyz .@}ABCDEFGHIJKLMNOPQRSTUVWXYZ .+~b1B2|"}};
     for (const auto& [fields, texts] : families) {
-        EXPECT_EQ(texts_of(fields), texts) << testing::PrintToString(fields);
+        EXPECT_EQ(texts_of(path("TEXTS"), fields), texts) << testing::PrintToString(fields);
         for (std::size_t size = 1; size < fields.size(); ++size) {
-            std::string part = texts_of(fields.substr(0, size));
+            std::string part = texts_of(path("TEXTS"), fields.substr(0, size));
             ASSERT_TRUE(part.ends_with('|') && texts.starts_with(part.substr(0, part.size() - 1))) << size;
         }
     }

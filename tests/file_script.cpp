@@ -12,16 +12,11 @@ IMPORT_OPTIONS options_taken;
 bool any_rows;
 
 void announce(const std::string& offered, int answer) {
-    expect_message(offered, "a dialog", MESSAGE_ICON::NONE, MESSAGE_BUTTONS::OK, static_cast<BUTTON>(answer));
+    expect_message(offered, "", MESSAGE_ICON::NONE, MESSAGE_BUTTONS::OK, static_cast<BUTTON>(answer));
 }
 
 int ask(const std::string& offered) {
-    return static_cast<int>(
-        show_message(nullptr, offered, "a dialog", MESSAGE_ICON::NONE, MESSAGE_BUTTONS::OK));
-}
-
-void append_part(std::string& offered, const std::string& part) {
-    offered += (offered.empty() ? "" : "|") + part.substr(0, part.find_last_not_of(' ') + 1);
+    return static_cast<int>(show_message(nullptr, offered, "", MESSAGE_ICON::NONE, MESSAGE_BUTTONS::OK));
 }
 
 } // namespace
@@ -44,7 +39,8 @@ void expect_import_choice(const std::string& names, const std::string& columns,
 bool choose_import_fields(WINDOW, std::vector<FIELD_DESCRIPTOR>& fields, IMPORT_OPTIONS& options) {
     std::string names;
     for (std::size_t i = 0; i < fields.size(); ++i) {
-        append_part(names, fields[i].field_name);
+        const std::string& name = fields[i].field_name;
+        names += name.substr(0, name.find_last_not_of(' ') + 1) + "|";
         fields[i].import_field = i < columns_taken.size() && columns_taken[i] == 'y';
     }
     options = options_taken;
@@ -59,7 +55,7 @@ void expect_library_member(const std::string& rows, int answer) {
 int choose_library_member(WINDOW, const std::vector<std::string>& rows) {
     std::string offered;
     for (const std::string& row : rows)
-        append_part(offered, row);
+        offered += row + "|";
     return ask(any_rows ? "" : offered);
 }
 

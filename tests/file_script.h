@@ -8,12 +8,12 @@
 
 void expect_lookup_format(int answer);
 
-// Which columns to take, one letter a column ('y' or 'n'); an empty text cancels. The names offered are
-// parted by '|', padding left out.
+// Which columns to take, one letter a column ('y' or 'n'); an empty text cancels. Behind each
+// name offered is a bar, and padding left out.
 void expect_import_choice(const std::string& names, const std::string& columns,
                           const IMPORT_OPTIONS& options = {});
 
-// The rows offered are parted by '|', and may be any where the text is empty; `answer` is the row chosen, -1
+// Behind each row offered is a bar; where the text is empty, any rows will do. `answer` is the row chosen, -1
 // for Cancel.
 void expect_library_member(const std::string& rows, int answer);
 

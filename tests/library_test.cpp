@@ -7,7 +7,6 @@
 namespace {
 
 using namespace std::string_literals;
-using LIST = std::vector<std::string>;
 
 class LibraryTest : public FILE_TEST {
 protected:
@@ -44,7 +43,7 @@ protected:
 
 TEST_F(LibraryTest, AMemberThatCannotBeTakenOutIsReported) {
     desktop_temporary_file = "";
-    expect_library_member("Program (STOCK)|Lookup (ITEMS)|Setup", 0);
+    expect_library_member("Program (STOCK)|Lookup (ITEMS)|Setup|", 0);
     expect_warning("Cannot take the file out of the library.\nThe temporary folder may be full.",
                    "Open File");
     EXPECT_EQ(open_program_file(nullptr, written("FILE", library)), -1);
@@ -71,7 +70,7 @@ TEST_F(LibraryTest, EveryWalkEndsInTheFile) {
 TEST_F(LibraryTest, NamesAreShownButNeverLeadOutOfTheFolder) {
     std::string bytes;
     std::string shown;
-    LIST found;
+    std::vector<std::string> found;
     std::filesystem::create_directories(path("SUB"));
     for (const std::string name : {"NINECHARS", "CONS", "A.B", "con", "NUL .X", "COM1", "LPT\xB2", "../OUT",
                                    "..\\OUT", "C:X", "A\x7F\n"}) {
@@ -83,7 +82,7 @@ TEST_F(LibraryTest, NamesAreShownButNeverLeadOutOfTheFolder) {
             found.push_back(file);
     }
     const std::string name = written("SUB/L.B.LBT", bytes + setup + lookup);
-    expect_library_member(shown + "Setup|Lookup (ITEMS)", -1);
+    expect_library_member(shown + "Setup|Lookup (ITEMS)|", -1);
     std::string chosen = name;
     EXPECT_EQ(extract_library_file(nullptr, chosen), -1);
     const auto before = std::filesystem::current_path();
