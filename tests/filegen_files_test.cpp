@@ -25,18 +25,10 @@ struct WARNING {
 };
 const WARNING BAD_CHECKSUM = {"Invalid Checksum in Lookup File!", "Invalid Checksum"};
 const WARNING NO_MEMORY = {"System out of memory!", "Memory Allocation"};
-const WARNING EMPTY = {"Empty ASCII File."};
 
 WARNING changed(int records) {
     return {"Records with characters that a record cannot hold: " + std::to_string(records) +
             ".\nThe characters were replaced or cut off."};
-}
-
-void store_records(const std::string& records) {
-    initialize_memory();
-    std::istringstream source(records);
-    for (std::string record; std::getline(source, record, '|');)
-        add_record_entry(record);
 }
 
 std::string word(std::size_t value) {
@@ -81,7 +73,7 @@ protected:
 
 } // namespace
 
-TEST_F(FilegenFilesTest, SavesAndReopensEveryFormByteForByte) {
+TEST_F(FilegenFilesTest, OpensAndSavesEveryFormByteForByte) {
     const std::tuple<std::string, int, int, std::string, std::string> cases[] = {
         {"EMPTY.LKT", LOOKUP, LOOKUP_SYSTEM_FILE, "", "\0\0\0\x16REMPTY\0\0\0\0\0\0\0\0\0\0zi"s},
         {"ITEMS.LKT", LOOKUP, LOOKUP_SYSTEM_FILE, ITEMS, ITEMS_FILE},
@@ -89,14 +81,11 @@ TEST_F(FilegenFilesTest, SavesAndReopensEveryFormByteForByte) {
         {"NINECHARS.DAT", DATA, 0, ITEMS, "D\r\nNINECHAR\r\nPROG\r\nA1\r\n\r\nGr\xFCn\r\n"},
     };
     for (const auto& [file, file_type, format, records, bytes] : cases) {
-        store_records(records);
-        data_program_name = "PROG";
+        EXPECT_EQ(opened(bytes, file_type), records);
+        sys_file_name = data_program_name = "PROG";
         write_bytes(path(file), "an older file");
         expect_saved(file, file_type, format, 1);
         EXPECT_EQ(read_bytes(path(file)), bytes);
-        const std::string name = sys_file_name;
-        EXPECT_EQ(opened(bytes, file_type), records);
-        EXPECT_EQ(sys_file_name + "/" + data_program_name, name + (file_type == DATA ? "/PROG" : "/"));
     }
 }
 
@@ -112,14 +101,13 @@ TEST_F(FilegenFilesTest, OpensEveryFileAsWhatItIs) {
     const std::string x250(250, 'x');
     const std::string unheld = stamped(with_byte(25, '\xFF').replace(34, 1, 1, '\0'), LOOKUP_CHECKSUM);
     const WARNING none;
-    const WARNING unknown = {QUENDAL.text};
     const std::tuple<int, std::string, WARNING, std::string, std::string, std::string> cases[] = {
         // the file's bytes, the warning, the columns that the import offers, the names, and the records
         {LOOKUP, dbase, none, "NAME|", "OPENEDFI/before", "ab|"},
         {LOOKUP, "Description,Code", none, "Description|Code|", "OPENEDFI/", "Description|"},
         {LOOKUP, "A1\r\nR2", none, "A1|", "OPENEDFI/", "A1|R2|"},
         {LOOKUP, "D\r\nN", none, "D|", "OPENEDFI/", "D|N|"},
-        {LOOKUP, "", EMPTY, "", "OPENEDFI/", ""},
+        {LOOKUP, "", {"Empty ASCII File."}, "", "OPENEDFI/", ""},
         {LOOKUP, "l\r\nEIGHTCHR\r\nprog\r\nx\r\n", none, "", "EIGHTCHR/", "x|"},
         {LOOKUP, own + "a\rb\n", none, "", "N/", "a|b|"},
         {LOOKUP, own + "a\n\rb", none, "", "N/", "a|b|"},
@@ -135,7 +123,7 @@ TEST_F(FilegenFilesTest, OpensEveryFileAsWhatItIs) {
         {LOOKUP, file('I', 36, ""), none, "", "before/", ""}, // its checksum would stand past the end
         {LOOKUP, file('I', 37, "\0\0\0"s), none, "", "before/", ""},
         {LOOKUP, file('S', 0xFFFFFFFF, ""), none, "", "before/", ""},
-        {LOOKUP, file('I', 0x7B00, ""), unknown, "", "before/", ""},
+        {LOOKUP, file('I', 0x7B00, ""), {QUENDAL.text}, "", "before/", ""},
         {LOOKUP, file('R', 0x7B00, std::string(0x7B00, 'x')), BAD_CHECKSUM, "", "ITEMS/", "-1 " + ITEMS},
         {LOOKUP, with_byte(0, '\x7F'), BAD_CHECKSUM, "", "ITEMS/", "-1 " + ITEMS},
         {LOOKUP, with_byte(5, 'X'), BAD_CHECKSUM, "", "XTEMS/", "-1 " + ITEMS},
@@ -162,12 +150,13 @@ TEST_F(FilegenFilesTest, OpensEveryFileAsWhatItIs) {
 }
 
 TEST_F(FilegenFilesTest, WhatCannotBeSavedOrOpenedIsReported) {
-    store_records(std::string(255, 'x') + "|" + std::string(256, 'x'));
+    const std::string longest(255, 'x');
+    EXPECT_EQ(imported(longest + "\n" + longest + "x", longest.substr(0, 19) + "|", "y").size(), 513U);
     expect_lookup_format(LOOKUP_SYSTEM_FILE);
     expect_warning("Line 2 is longer than 255 characters.\nA lookup system file cannot hold it.",
                    "Lookup File");
     EXPECT_EQ(write_edit_file(nullptr, path("NEW.LKT"), LOOKUP), -1);
-    EXPECT_EQ(files_in_folder(), 0U);
+    EXPECT_EQ(files_in_folder(), 1U);
     write_bytes(path("OLD.LKT"), "old");
     expect_warning("Cannot Save File.\nFile Creation Error!", "Save File"); // before the form is asked for
     EXPECT_EQ(write_edit_file(nullptr, path("NO FOLDER/X.LKT"), LOOKUP), 0);
@@ -205,9 +194,7 @@ TEST_F(FilegenFilesTest, SplitsTextAtItsCommas) {
         ,a      |a|        a,      a|          a,,     a||        a,,b       a||b|    ,"a",      |a||
         a,"b",  a|b|       ""b,c   |b,c|       "a""b"  a|b|       a,"b,c",d  a|b,c|d| "ab"c,d    ab|c|d|
         a,x"b"  a|x"b"|    a"b",c  a"b"|c|     "open,  open,|     a,"open    a|open|  ,"a","b",  |a|b||)");
-    std::string line;
-    std::string values;
-    while (table >> line >> values)
+    for (std::string line, values; table >> line >> values;)
         EXPECT_EQ(imported(line, values, "yyyyy"), values) << line;
 }
 
@@ -227,7 +214,7 @@ TEST_F(FilegenFilesTest, ImportsText) {
     const WARNING too_long = {"ASCII file contains lines greater than 1024 chars long"};
     const WARNING too_wide = {"Conversion Error - Fields could not fit into buffer."};
     const std::string longest(1023, 'x');
-    EXPECT_EQ(opened("\r\n  \r\n\n", LOOKUP, EMPTY), "");
+    EXPECT_EQ(opened("\r\n  \r\n\n", LOOKUP, {"Empty ASCII File."}), "");
     EXPECT_EQ(imported(longest + "\n", longest.substr(0, 19) + "|", "y"), longest + "|");
     EXPECT_EQ(imported("a\n" + longest + "x\nc\n", "a|", "y", {}, too_wide), "a|");
     EXPECT_EQ(imported("a\nb\n" + std::string(5000, ' ') + "\nc\n", "a|", "y", {}, too_long), "a|b|");
@@ -275,10 +262,9 @@ TEST_F(FilegenFilesTest, ImportsTablesWhateverTheirHeaderSays) {
 
 TEST_F(FilegenFilesTest, ImportsWhatASpreadsheetWrote) {
     const std::string names = "NAME|CODE|PRICE|SINCE|ACTIVE|NOTE|";
-    const auto file = [](const char* name) { return read_bytes(TOLVAN_TEST_DATA "/"s + name); };
-    EXPECT_EQ(imported(file("people.dbf"), names, "yynnny"),
+    EXPECT_EQ(imported(read_bytes(TOLVAN_TEST_DATA "/people.dbf"), names, "yynnny"),
               "Anna|0012|one, two|Bert|000||M\x81ller|0700|said \"yes\"||0001|last|");
     EXPECT_EQ(desktop_status_log, (std::vector<std::string>{"open 1", "update 263/378", "close"}));
-    EXPECT_EQ(imported(file("people.csv"), names, "yynnny"),
+    EXPECT_EQ(imported(read_bytes(TOLVAN_TEST_DATA "/people.csv"), names, "yynnny"),
               "NAME|CODE|NOTE|Anna|0012|one, two|Bert|000||Mller|0700|said||0001|last|");
 }

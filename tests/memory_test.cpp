@@ -6,15 +6,12 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
-#include <limits>
 #include <random>
 #include <string>
 #include <tuple>
 #include <vector>
 
 namespace {
-
-constexpr std::size_t NO_BOUND = std::numeric_limits<std::size_t>::max();
 
 void check_chunk(const MEMCHUNK& chunk) {
     const bool last = &chunk == &memchunks.back();
@@ -115,7 +112,7 @@ TEST(MemoryTest, ManyOperationsKeepTheStoreLikeAVector) {
             ASSERT_EQ(stored_records(), records);
         }
     }
-    most_memchunks = NO_BOUND;
+    most_memchunks = std::string::npos;
 }
 
 TEST(FilegenEditsTest, RepetitiveEditsTakeEveryRecordOfTheIntervalAndShowTheirProgress) {
@@ -146,7 +143,7 @@ TEST(FilegenEditsTest, RepetitiveEditsTakeEveryRecordOfTheIntervalAndShowTheirPr
     most_memchunks = 1;
     EXPECT_FALSE(repeat_add(MOST_REPEATS, "X"));
     EXPECT_FALSE(repeat_insert(1, 1, "X"));
-    most_memchunks = NO_BOUND;
+    most_memchunks = std::string::npos;
     EXPECT_EQ(stored().size(), MEMCHUNK_SIZE / 2 - 1);
     EXPECT_EQ(desktop_status_log.back(), "close");
 }

@@ -17,6 +17,11 @@ protected:
     }
 };
 
+template <typename... NUMBERS>
+std::string numbers(NUMBERS... list) {
+    return ((std::to_string(list) + " ") + ...);
+}
+
 std::string shown() { // with a bar between the lines
     std::string text;
     for (const MON_STRINGS& line : captured_text.lines)
@@ -91,9 +96,6 @@ TEST_F(Monitor, BytesFillLinesAndHeldKeysWrapThem) {
         translate_cr = translate;
         EXPECT_EQ(shown_for(bytes), text);
     }
-    clear_captured_text();
-    write_string(text36 + "zabcd"); // more than a line holds
-    EXPECT_EQ(shown(), text36 + "zabc|d");
 }
 
 void add_lines(int count) {
@@ -105,13 +107,13 @@ void add_lines(int count) {
 // top line, and the bar's maximum, page and position.
 TEST_F(Monitor, TheViewFollowsTheEndAndTellsWhatToDraw) {
     const std::tuple<char, int, std::string> steps[] = {
-        {'+', 1, "(0, 0, 17, 0, 1, 16, 0)"},         {'+', 0, "(0, 0, 0, 0, 1, 16, 0)"},
-        {'+', 15, "(0, 1, 16, 0, 1, 16, 0)"},        {'+', 1, "(0, 16, 17, 0, 17, 16, 2)"},
-        {'+', 1, "(1, 16, 17, 1, 18, 16, 3)"},       {'C', 0, "(2, 15, 17, 3, 20, 16, 5)"},
-        {'+', 100, "(0, 0, 17, 102, 119, 16, 104)"}, {'@', 86, "(-16, 0, 16, 86, 119, 16, 86)"},
-        {'@', -1, "(0, 0, 17, 0, 119, 16, 0)"},      {'@', 103, "(0, 0, 17, 102, 119, 16, 104)"},
-        {'#', 30, "(0, 0, 30, 89, 119, 29, 91)"},    {'#', 10, "(0, 0, 10, 109, 119, 9, 111)"},
-        {'@', 5, "(0, 0, 10, 5, 119, 9, 5)"},        {'#', 0, "(0, 0, 2, 5, 119, 1, 5)"}};
+        {'+', 1, "0 0 17 0 1 16 0 "},         {'+', 0, "0 0 0 0 1 16 0 "},
+        {'+', 15, "0 1 16 0 1 16 0 "},        {'+', 1, "0 16 17 0 17 16 2 "},
+        {'+', 1, "1 16 17 1 18 16 3 "},       {'C', 0, "2 15 17 3 20 16 5 "},
+        {'+', 100, "0 0 17 102 119 16 104 "}, {'@', 86, "-16 0 16 86 119 16 86 "},
+        {'@', -1, "0 0 17 0 119 16 0 "},      {'@', 103, "0 0 17 102 119 16 104 "},
+        {'#', 30, "0 0 30 89 119 29 91 "},    {'#', 10, "0 0 10 109 119 9 111 "},
+        {'@', 5, "0 0 10 5 119 9 5 "},        {'#', 0, "0 0 2 5 119 1 5 "}};
     for (const auto& [action, number, expected] : steps) {
         if (action == '+')
             add_lines(number);
@@ -123,17 +125,15 @@ TEST_F(Monitor, TheViewFollowsTheEndAndTellsWhatToDraw) {
             set_view_lines(static_cast<std::size_t>(number));
         const auto [moved_up, first, last] = take_view_change();
         const auto [maximum, page, position] = scroll_values();
-        EXPECT_EQ(testing::PrintToString(
-                      std::tuple(moved_up, first, last, captured_text.top_line, maximum, page, position)),
-                  expected);
+        EXPECT_EQ(numbers(moved_up, first, last, captured_text.top_line, maximum, page, position), expected);
     }
     clear_captured_text();
     add_lines(3);
     std::string pages;
     for (const int page_height : {29, 9}) // of the printer: a page takes one line at least
         for (const auto& [first, last] : print_pages(page_height, 10))
-            pages += testing::PrintToString(std::pair(first, last));
-    EXPECT_EQ(pages, "(0, 2)(2, 3)(0, 1)(1, 2)(2, 3)");
+            pages += numbers(first, last);
+    EXPECT_EQ(pages, "0 2 2 3 0 1 1 2 2 3 ");
 }
 
 TEST_F(Monitor, CaptureFilesHoldTheListsLines) {
