@@ -1,5 +1,4 @@
+// For who still asks for it here.
 #pragma once
 #include "tests/file_script.h"
-inline bool library_questions_asked() { // what was not asked, the test's end reports
-    return true;
-}
+inline constexpr auto library_questions_asked = [] { return true; }; // the test's end tells what was not

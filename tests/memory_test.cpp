@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 #include <random>
 #include <string>
-#include <tuple>
 #include <vector>
 
 namespace {
@@ -56,22 +55,24 @@ TEST(MemoryTest, ManyOperationsKeepTheStoreLikeAVector) {
     std::mt19937 random(4);
     std::vector<std::string> model;
     initialize_memory();
-    for (int operation = 1; operation <= 300000 && !testing::Test::HasFailure(); ++operation) {
+    for (int operation = 1; operation <= 200000 && !testing::Test::HasFailure(); ++operation) {
         const std::size_t place = random() % (model.size() + 1);
         const auto at = model.begin() + static_cast<std::ptrdiff_t>(place);
         const auto kind = random() % 4;
-        const bool deletes = at != model.end() && (kind == 0 || model.size() > 150);
+        const bool deletes = at != model.end() && (kind == 0 || model.size() > 50);
         const bool replaces = at != model.end() && !deletes && kind == 1;
         char* record = goto_record(static_cast<std::uint32_t>(place));
         const std::size_t old_size = replaces ? at->size() + 1 : 0;
 
-        // Mostly short texts, some that fill much of a chunk, just fit in here or nowhere, or cannot be held
-        // as they are.
+        // Mostly short texts, some that fill much of a chunk, just fit in with what is before, behind or
+        // nothing, or cannot be held as they are.
         const std::size_t room = MEMCHUNK_SIZE - current_memchunk->used + old_size;
+        const auto before = static_cast<std::size_t>(record - current_memchunk->data.get());
+        const std::size_t limits[] = {room, room + before, MEMCHUNK_SIZE - before, MEMCHUNK_SIZE};
         const std::size_t most = random() % 256 == 0 ? LONGEST_RECORD : random() % 8 == 0 ? 3000 : 40;
         std::size_t length = random() % most;
-        if (random() % 64 == 0)
-            length = (random() % 4 == 0 ? MEMCHUNK_SIZE : room) - std::min<std::size_t>(room, random() % 6);
+        if (random() % 16 == 0)
+            length = limits[random() % 4] - std::min<std::size_t>(room, random() % 6);
         std::string text(length, static_cast<char>('a' + random() % 26));
         if (!text.empty() && random() % 8 == 0)
             text[random() % text.size()] = "\0\xFD\xFE\xFF"[random() % 4];

@@ -3,8 +3,6 @@
 #include "tests/line_script.h"
 #include "tests/test_files.h"
 
-#include <tuple>
-
 namespace {
 
 class Monitor : public FILE_TEST {
@@ -172,8 +170,7 @@ TEST_F(Monitor, SettingsAreReadUncheckedAndTheLineIsOpenedAsSet) {
         monitor_settings = {2, 19200, 7, 2, 2, xon_flag};
         close_line(mon_comm_initialize());
         const LINE_SETTINGS& opened = line_record.settings;
-        EXPECT_EQ(opened.mode, "COM2:9600,e,7,2");
-        EXPECT_EQ(opened.baudrate, 19200U);
+        EXPECT_EQ(opened.mode + numbers(opened.baudrate), "COM2:9600,e,7,2" + numbers(19200));
         EXPECT_TRUE(opened.input_xon_xoff == (xon_flag == 1) && !opened.rts_cts && opened.write_limit == 0);
     }
 }
