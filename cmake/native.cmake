@@ -24,8 +24,7 @@ endif()
 
 find_package(GTest REQUIRED)
 
-add_library(tolvan_test_seams OBJECT tests/desktop_script.cpp tests/filegen_script.cpp tests/library_script.cpp
-                                      tests/line_script.cpp)
+add_library(tolvan_test_seams OBJECT tests/desktop_script.cpp tests/file_script.cpp tests/line_script.cpp)
 target_link_libraries(tolvan_test_seams PUBLIC tolvan_logic)
 
 add_executable(logic_tests
@@ -39,9 +38,7 @@ add_executable(logic_tests
     tests/comm_transfer_test.cpp
     tests/comm_xmodem_test.cpp
     tests/convert_test.cpp
-    tests/filegen_edits_test.cpp
-    tests/filegen_formats_test.cpp
-    tests/filegen_import_test.cpp
+    tests/filegen_files_test.cpp
     tests/library_test.cpp
     tests/lookup_test.cpp
     tests/memory_test.cpp
