@@ -8,38 +8,23 @@ namespace {
 
 using namespace std::string_literals;
 
-// Two equal fields behind their header, each byte its own as far as a save leaves it.
-const std::string FIELD_BYTES = "\x40\x02\x80\x01\xD2N\x01\x02\x03\x04\xFA\x05LR\x06\x07\x18\x08\x09\0"
-                                "Item\0__\0AA\0x\0FD1,PARTS\0\x0F\0\r\n\0"
-                                "12\0#1>0\0#1+1\0G2\0"s;
-const std::string SMALL_PROGRAM = "\0\0\0\x9CI\0\0\0\x02\x02\x02"
-                                  "COUNT\0\0\0\0\x03\x04\x21\x02\xFF\0\x04\0"s +
-                                  FIELD_BYTES + FIELD_BYTES + "\x25\x78";
-
-const std::string FACTORY_SETUP =
-    "\0\0\0\x56S"
-    "\x01\x1F\x1F\x06\x01\x06\0\0\x01\x05\x01\0\0" // symbologies, I 2 of 5 sizes behind the fifth
-    "\x02\0\0\0\0\0\0\0\0\x0B"                     // terminations, ambles, bar code edit
-    "\x02\x01\x03\0\x0A\0\x01"                     // beeper, laser, reading
-    "\x01\x01\x05\0\0\0\x05\x01\0"                 // keys, time-out, password, display, errors
-    "\0\0\x01\0\0\x01\x01\0\0"                     // keyboard wedge
-    "\0\0\0\x01\0\x05\0\0\0\0\x01\0\0\0"           // communications
-    "\x01\x32\x02\x02\x02\0"                       // beep, contrast, flow control, triggers
-    "\0\0\0AT&F&C1\0\0\0"                          // the six texts
-    "\xC6\x44"s;
-
 // A kind of file that starts with its length word and a type byte and ends with its checksum.
 struct FILE_KIND {
     std::string name;
     int (*open)(const std::string& file);
     int (*save)(const std::string& file);
-    std::string good, sample; // the bytes of a short valid file and of a realistic one
+    std::string good; // the bytes of a valid file
     int checksum_type;
     std::string other_type = {}, no_library = {}; // warnings; where they are empty, the caller speaks
     OUTCOME bad_checksum() const {
         return {-1, "Invalid Checksum in " + name + " File!", "Invalid Checksum"};
     }
 };
+
+std::string with_type(std::string bytes, char type) {
+    bytes[4] = type;
+    return bytes;
+}
 
 int open_program(const std::string& file) {
     no_lookup_target = true;
@@ -62,13 +47,11 @@ int save_setup(const std::string& file) {
     return 1;
 }
 
-const FILE_KIND PROGRAM = {
-    "Program",       open_program, save_program_file, SMALL_PROGRAM, read_bytes(TOLVAN_SAMPLES "/STOCK.PGT"),
-    PROGRAM_CHECKSUM};
+const FILE_KIND PROGRAM = {"Program", open_program, save_program_file,
+                           read_bytes(TOLVAN_SAMPLES "/STOCK.PGT"), PROGRAM_CHECKSUM};
 const FILE_KIND SETUP = {"Setup",
                          open_setup,
                          save_setup,
-                         FACTORY_SETUP,
                          read_bytes(TOLVAN_SAMPLES "/STOCK.CFT"),
                          SETUP_CHECKSUM,
                          "Not a Valid Setup File!",
@@ -107,7 +90,7 @@ protected:
             if (at >= 5)
                 expect_library(kind, cut);
             else // two or three zeros are an empty file with its padding, and then no type
-                expect_outcome(kind, cut, at == 2 || at == 3 ? other_type : QUENDAL);
+                expect_outcome(kind, cut, cut == "\0\0"s || cut == "\0\0\0"s ? other_type : QUENDAL);
             for (const int change : {0x01, 0x80, 0xFF}) {
                 std::string changed = kind.good;
                 changed[at] = static_cast<char>(changed[at] ^ change);
@@ -137,10 +120,10 @@ TEST_F(SystemFileTest, WholeFilesOpenAndEveryDamageIsReported) {
             expect_library(kind, kind.good + std::string(padding, '\0') + 'x');
         }
         for (const char type : std::string("IRS"))
-            expect_library(kind, std::string(kind.good).replace(4, 1, 1, type) + 'x');
-        expect_outcome(kind, std::string(kind.good).replace(4, 1, "Q") + 'x', QUENDAL);
-        expect_outcome(kind, kind.sample, OPENED);
-        EXPECT_EQ(saved_bytes(kind), kind.sample);
+            expect_library(kind, with_type(kind.good, type) + 'x');
+        expect_outcome(kind, with_type(kind.good, 'Q') + 'x', QUENDAL);
+        expect_outcome(kind, kind.good, OPENED);
+        EXPECT_EQ(saved_bytes(kind), kind.good);
         expect_warning("Cannot Save " + kind.name + " File.\nFile Creation Error!", "Save File");
         kind.save(path("NO FOLDER/SAVED"));
         expect_warning("Cannot Open " + kind.name + " File!", "Open File");
@@ -148,49 +131,47 @@ TEST_F(SystemFileTest, WholeFilesOpenAndEveryDamageIsReported) {
     }
 }
 
-TEST_F(SystemFileTest, AProgramOpensAndSavesBackToTheSameBytes) {
-    expect_outcome(PROGRAM, SMALL_PROGRAM, OPENED);
-    EXPECT_EQ(lookup_string, "FD1,PARTS");
+TEST_F(SystemFileTest, TheFullestProgramSavesBackToTheSameBytes) {
+    // The counts of headers and records: all, stored and keyed.
+    std::string program = "\0\0\0\0I\x64\x50\x3C\x96\x78\x5A"
+                          "FULLFULLF\x03\x04\x21"s;
+    append_text(program, std::string(250, '\xFF'));
+    append_text(program, std::string(250, '\x01'));
+    for (std::size_t number = 0; number < MAX_FIELDS; ++number) {
+        program += "\x40\x02\x80\x01"s + (number < 100 ? '\xDE' : '\xDA') + "DSEYN"[number % 5];
+        program += "\x01\x02\x03\x04\xFA\x05LR\x06\x07\x18\x08\x09\0"s;
+        for (std::size_t text = 0; text < 11; ++text)
+            append_text(program, std::string(250, static_cast<char>(1 + (number + text) % 255)));
+    }
+    program = stamped(program, PROGRAM_CHECKSUM);
+    expect_outcome(PROGRAM, program, OPENED);
+    EXPECT_EQ(program_header.fields.size(), MAX_FIELDS);
+    EXPECT_EQ(field_list_total, 251);
+    EXPECT_EQ(lookup_string, std::string(250, '\x05'));
     EXPECT_FALSE(no_lookup_target);
-    EXPECT_EQ(global_options.amount_to_inc, 12);
-    EXPECT_EQ(field_list_total, 3);
     program_header.bit_values |= HEADER_CLEARED_AT_SAVE;
     program_header.file_size = 0;
-    EXPECT_EQ(saved_bytes(PROGRAM), SMALL_PROGRAM);
-    EXPECT_EQ(program_header.file_size, SMALL_PROGRAM.size() - CHECKSUM_SIZE);
-
-    // The counts of headers and records: all, stored and keyed.
-    std::string fullest = "\0\0\0\0I\x64\x50\x3C\x96\x78\x5A"
-                          "FULLFULLF\0\0\0"s;
-    append_text(fullest, std::string(250, '\xFF'));
-    append_text(fullest, std::string(250, '\x01'));
-    for (std::size_t number = 0; number < MAX_FIELDS; ++number) {
-        fullest += "\0\0\0\0"s + (number < 100 ? '\x0C' : '\x08') + "DSEYN"[number % 5];
-        fullest += std::string(14, '\0');
-        for (int text = 0; text < 11; ++text)
-            append_text(fullest, std::string(250, static_cast<char>(1 + number)));
-    }
-    fullest = stamped(fullest, PROGRAM_CHECKSUM);
-    expect_outcome(PROGRAM, fullest, OPENED);
-    EXPECT_EQ(program_header.fields.size(), MAX_FIELDS);
-    EXPECT_EQ(saved_bytes(PROGRAM), fullest);
+    EXPECT_EQ(saved_bytes(PROGRAM), program);
+    EXPECT_EQ(program_header.file_size, program.size() - CHECKSUM_SIZE);
 }
 
-TEST_F(SystemFileTest, WhatWasReadOfADamagedProgramStays) {
-    expect_outcome(PROGRAM, std::string(SMALL_PROGRAM).replace(4, 1, "i") + 'x', QUENDAL);
-    std::string counts = SMALL_PROGRAM.substr(0, SMALL_PROGRAM.size() - CHECKSUM_SIZE);
+TEST_F(SystemFileTest, WhatWasReadOfADamagedFileStays) {
+    expect_outcome(PROGRAM, with_type(PROGRAM.good, 'i') + 'x', QUENDAL);
+    std::string counts = PROGRAM.good.substr(0, PROGRAM.good.size() - CHECKSUM_SIZE);
     counts[5] = counts[8] = '\xFF';
     expect_outcome(PROGRAM, stamped(counts, PROGRAM_CHECKSUM), PROGRAM.bad_checksum());
-    EXPECT_EQ(field_list_total, 3);
-    EXPECT_EQ(program_header.fields.size(), 2U);
+    EXPECT_EQ(field_list_total, 9);
+    EXPECT_EQ(program_header.fields.size(), 8U);
+    expect_outcome(SETUP, std::string(SETUP.good).replace(5, 1, "B"), SETUP.bad_checksum());
+    EXPECT_EQ(setup_record.C39FLAGS, 'B');
 }
 
 TEST_F(SystemFileTest, ASetupKeepsItsItemsAndItsTextsUpToTheirLimits) {
-    std::string items = FACTORY_SETUP.substr(0, 5);
+    std::string items = "\0\0\0\0s"s; // the type counts in either case
     for (char item = 0; item < 68; ++item)
         items += static_cast<char>(100 + item);
     std::string too_long = items;
-    std::string cut = items;
+    std::string cut = with_type(items, 'S');
     char fill = '0';
     for (const std::size_t limit : {32U, 32U, 29U, 99U, 250U, 250U}) {
         append_text(too_long, std::string(limit + 1000, ++fill));
@@ -199,15 +180,6 @@ TEST_F(SystemFileTest, ASetupKeepsItsItemsAndItsTextsUpToTheirLimits) {
     expect_outcome(SETUP, stamped(too_long, SETUP_CHECKSUM), OPENED);
     EXPECT_EQ(setup_record.PHONENUM, std::string(29, '3'));
     EXPECT_EQ(saved_bytes(SETUP), stamped(cut, SETUP_CHECKSUM));
-    expect_outcome(SETUP, std::string(FACTORY_SETUP).replace(5, 1, "B"), SETUP.bad_checksum());
-    EXPECT_EQ(setup_record.C39FLAGS, 'B') << "what was read stays";
-    reset_setups();
-    EXPECT_EQ(saved_bytes(SETUP), FACTORY_SETUP);
-
-    std::string data = FACTORY_SETUP.substr(0, 86);
-    data[4] = 's'; // the type byte counts in either case
-    expect_outcome(SETUP, stamped(data, SETUP_CHECKSUM), OPENED);
-    expect_library(SETUP, data);
-    data[2] = 0x7C; // the earlier model's mark comes before the type
-    expect_outcome(SETUP, data, QUENDAL);
+    expect_library(SETUP, with_length_word(too_long, too_long.size()));
+    expect_outcome(SETUP, with_length_word(too_long, 0x7C00), QUENDAL); // the mark of the earlier model
 }
