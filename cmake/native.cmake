@@ -46,7 +46,6 @@ add_executable(logic_tests
     tests/lookup_test.cpp
     tests/memory_test.cpp
     tests/monitor_test.cpp
-    tests/program_display_test.cpp
     tests/program_test.cpp
     tests/program_text_test.cpp
     tests/setup_formats_test.cpp

@@ -1,6 +1,8 @@
 #include "program/Prog_checks.h"
+#include "program/Prog_display.h"
 #include "program/Prog_fields.h"
 
+#include <algorithm>
 #include <array>
 #include <gtest/gtest.h>
 #include <tuple>
@@ -10,8 +12,11 @@ namespace {
 constexpr unsigned MOST = 0xFFFFFFFF;
 
 FIELD_DEFINITION placed(int start_row, int start_col, int end_row, int end_col, int bit_values1 = 0,
-                        int input_type = INPUT_DATA) {
+                        int input_type = INPUT_DATA, const std::string& prompt = "",
+                        const std::string& pattern = "") {
     FIELD_DEFINITION field;
+    field.prompt_string_handle = prompt;
+    field.display_pattern_handle = pattern;
     std::tie(field.start_row, field.start_col, field.end_row, field.end_col, field.bit_values1,
              field.input_type) = std::tuple(start_row, start_col, end_row, end_col, bit_values1, input_type);
     return field;
@@ -39,6 +44,18 @@ std::string refusal_to_save() {
     const std::string refusal = before_save.empty() ? update_counts_and_flags() : before_save;
     const std::string start = "Cannot Save Program File.\n";
     return refusal.starts_with(start) ? refusal.substr(start.size()) : refusal;
+}
+
+// The lines, each without the empty cells at its end and closed by a bar; other empty cells are dots.
+std::string shown(const std::list<FIELD_DEFINITION>& fields, int current, const FIELD_DEFINITION& edited) {
+    const DISPLAY display = compose_display(fields, std::next(fields.begin(), current), edited);
+    std::string lines;
+    for (std::size_t at = 0; at < display.size(); at += DISPLAY_COLUMNS) {
+        const std::string line(display.data() + at, DISPLAY_COLUMNS);
+        lines += line.substr(0, line.find_last_not_of(EMPTY_CELL) + 1) + '|';
+    }
+    std::replace(lines.begin(), lines.end(), EMPTY_CELL, '.');
+    return lines;
 }
 
 } // namespace
@@ -260,4 +277,55 @@ TEST(ProgramChecksTest, OptionsStayWithoutFlags) {
     derive_global_options(false);
     EXPECT_EQ(options(), (std::array{1, 2, 1, 0, 1, 9, 9, 9}));
     EXPECT_FALSE(no_lookup_target);
+}
+
+TEST(DisplayTest, FieldsOfOneScreenOverwriteEachOtherInOrder) {
+    const std::list<FIELD_DEFINITION> fields = {
+        placed(0, 0, 3, 19, NEW_SCREEN, INPUT_DATA, "another screen", ""),
+        placed(0, 0, 0, 19, NEW_SCREEN | HEADER_INPUT, INPUT_DATA, "QTY:", "____"),
+        placed(0, 8, 0, 19, 0, INPUT_STAMP, "M//D", "__//__"),
+        placed(0, 6, 1, 5, 0, INPUT_DATA, "A\rB", "\xFF=="),
+        placed(3, 0, 3, 19, 0, INPUT_DATA, "as stored", "????"),
+        placed(1, 3, 1, 5, 0, INPUT_DATA, "", "#####"),
+        placed(0, 0, 3, 19, 0, INPUT_STAMP, "MDY", ""),
+        placed(2, 0, 2, 19, 0, INPUT_DATA, "abcdefghijklmnopqrstuvwxy", "!?"),
+        placed(0, 0, 3, 19, NEW_SCREEN, INPUT_DATA, "another screen", ""),
+    };
+    // The current field, what is edited in its place, and what is shown.
+    const std::tuple<int, int, int, const char*> cases[] = {
+        {4, 0, INPUT_DATA, "QTY:__A\rB\xFF==|Bin###_|abcdefghijklmnopqrs!||"},
+        {4, NEW_SCREEN, INPUT_DATA, "|Bin###_|abcdefghijklmnopqrs!||"},
+        {4, 0, INPUT_STAMP, "QTY:__A\rB\xFF==|...###|abcdefghijklmnopqrs!||"},
+        {7, 0, INPUT_DATA, "QTY:__A\rB\xFF==|Bin:/__||as stored????|"},
+        {1, 0, INPUT_DATA, "anotheA\rB\xFF==en|Bin###_|abcdefghijklmnopqrs!|as stored????|"},
+        {0, 0, INPUT_DATA, "|Bin:/__|||"},
+    };
+    for (const auto& [current, bits, type, lines] : cases)
+        EXPECT_EQ(shown(fields, current, placed(1, 0, 1, 9, bits, type, "Bin:/", "__")), lines);
+}
+
+TEST(DisplayTest, NoPositionReachesBeyondTheCells) {
+    const std::string text(250, 'x');
+    for (const int start : {0, 3, 4, 255})
+        for (const int end : {0, 3, 4, 255})
+            shown({}, 0, placed(start, start, end, end, 0, INPUT_DATA, text, text));
+    // Where the end is before the start, there is no room for the prompt, and the pattern wraps.
+    EXPECT_EQ(shown({}, 0, placed(3, 18, 0, 1, 0, INPUT_DATA, "prompt", "abcdef")),
+              "cd|||..................ab|");
+    EXPECT_EQ(shown({}, 0, placed(255, 255, 255, 255, 0, INPUT_DATA, "prompt", "ab")), "ab||||");
+}
+
+TEST(InputMaskTest, CountsItsInputAndComesFromStampCommands) {
+    const std::pair<const char*, unsigned> masks[] = {
+        {"", 0}, {"NNNF", 3}, {"NNNN", 251}, {"IAAI", 2}, {"IF", 0}};
+    for (const auto& [mask, count] : masks)
+        EXPECT_EQ(input_number_from_mask(mask), count) << mask;
+    EXPECT_TRUE(valid_inputmask("ANDFI") && !valid_inputmask("a") && !check_for_decimal_inputmask(""));
+    const char* const stamps[][3] = {
+        {"mdyhis W:SIHYDM", "AAAAAAAAAAAAAAIAIAAAAAAAAAAAAAA", "______________ _:______________"},
+        {"M/\r\xFF\xC4", "AAIIII", "__///0D/00/C4"},
+    };
+    for (const auto& [commands, mask, pattern] : stamps)
+        EXPECT_EQ(stamp_inputmask(commands) + ' ' + stamp_displaypattern(commands),
+                  std::string(mask) + ' ' + pattern);
 }
