@@ -10,11 +10,13 @@ struct STATUS_BOX {
 
 namespace {
 
-std::vector<std::string> announced;
+std::vector<ANNOUNCED_MESSAGE> announced;
 STATUS_BOX status_box;
 
-std::string message_box(const std::string& text, const std::string& caption, MESSAGE_ICON icon) {
-    return '"' + text + "\" under \"" + caption + "\" with icon " + std::to_string(static_cast<int>(icon));
+std::string message_box(const std::string& text, const std::string& caption, MESSAGE_ICON icon,
+                        MESSAGE_BUTTONS buttons) {
+    return '"' + text + "\" under \"" + caption + "\", icon " + std::to_string(static_cast<int>(icon)) +
+           ", buttons " + std::to_string(static_cast<int>(buttons));
 }
 
 void log_status(STATUS_BOX* box, bool was_open, const std::string& text) {
@@ -30,11 +32,12 @@ void stop_test(const std::string& why) {
     std::abort();
 }
 
-void expect_message(const std::string& text, const std::string& caption, MESSAGE_ICON icon) {
-    announced.push_back(message_box(text, caption, icon));
+void expect_message(const std::string& text, const std::string& caption, MESSAGE_ICON icon,
+                    MESSAGE_BUTTONS buttons, BUTTON answer) {
+    announced.push_back({message_box(text, caption, icon, buttons), answer});
 }
 
-std::vector<std::string> reset_desktop() {
+std::vector<ANNOUNCED_MESSAGE> reset_desktop() {
     desktop_settings.clear();
     desktop_clock = 0;
     desktop_clock_step = 1;
@@ -48,12 +51,13 @@ std::vector<std::string> reset_desktop() {
 
 BUTTON show_message(WINDOW, const std::string& text, const std::string& caption, MESSAGE_ICON icon,
                     MESSAGE_BUTTONS buttons) {
-    const std::string shown = message_box(text, caption, icon);
-    const std::string expected = announced.empty() ? "no message" : announced.front();
-    if (shown != expected || buttons != MESSAGE_BUTTONS::OK)
-        stop_test("message " + shown + " where " + expected + " was announced (or buttons differ)");
+    const std::string shown = message_box(text, caption, icon, buttons);
+    const auto [expected, answer] =
+        announced.empty() ? ANNOUNCED_MESSAGE{"no box", BUTTON::OK} : announced.front();
+    if (shown != expected)
+        stop_test("message box " + shown + " where " + expected + " was announced");
     announced.erase(announced.begin());
-    return BUTTON::OK;
+    return answer;
 }
 
 void beep() {

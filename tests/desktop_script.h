@@ -9,15 +9,21 @@
 #include <string>
 #include <vector>
 
+struct ANNOUNCED_MESSAGE {
+    std::string box; // text, caption, icon and buttons
+    BUTTON answer;
+};
+
 // Aborts the test with this reason.
 [[noreturn]] void stop_test(const std::string& why);
 
-// Announces the next message box, which has an OK button only. A box that was not announced, or another than
-// announced, aborts the test.
-void expect_message(const std::string& text, const std::string& caption, MESSAGE_ICON icon);
+// Announces the next message box and the button that the operator will press. A box that was not announced,
+// or another than announced, aborts the test.
+void expect_message(const std::string& text, const std::string& caption, MESSAGE_ICON icon,
+                    MESSAGE_BUTTONS buttons = MESSAGE_BUTTONS::OK, BUTTON answer = BUTTON::OK);
 
 // Forgets everything announced, all settings and the clock. Returns what was announced but never shown.
-std::vector<std::string> reset_desktop();
+std::vector<ANNOUNCED_MESSAGE> reset_desktop();
 
 // A test may change these, and looks into them; reset_desktop sets them.
 inline std::map<std::string, std::string> desktop_settings; // "SECTION/KEY" to value

@@ -49,7 +49,8 @@ protected:
         reset_desktop();
     }
     ~FILE_TEST() override {
-        EXPECT_EQ(reset_desktop(), std::vector<std::string>()) << "never shown";
+        for (const auto& message : reset_desktop())
+            ADD_FAILURE() << "never shown: " << message.box;
         std::filesystem::remove_all(folder);
     }
     std::string path(const std::string& name) const {
