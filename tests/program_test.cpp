@@ -234,8 +234,16 @@ TEST(ProgramChecksTest, RefusalsInTheirOrder) {
 }
 
 TEST(ProgramChecksTest, OptionsGoIntoTheFieldsAndComeBack) {
-    init_programming();
+    set_four_fields();
     EXPECT_EQ(options(), (std::array{0, 0, 0, 0, 0, 0, 0, 1}));
+    no_lookup_target = true;
+    field_number(1).data_manip_source = 0xFF; // field one comes before its other parts
+    field_number(2).bit_values2 = AUTOINCREMENT_FIELD;
+    field_number(2).input_source = SOURCE_LOOKUP_FILE;
+    global_options = {9, 9, 9, 1, 9, 9, 9, 9};
+    derive_global_options(false);
+    EXPECT_EQ(options(), (std::array{1, 2, 1, 0, 1, 9, 9, 9})) << "without flags they stay";
+    EXPECT_FALSE(no_lookup_target);
     // What is chosen, its flag, and what the flag stands for.
     const std::tuple<int, int, int> operators[] = {
         {0, OPERATOR_ADD, 1},
@@ -268,18 +276,6 @@ TEST(ProgramChecksTest, OptionsGoIntoTheFieldsAndComeBack) {
     }
 }
 
-TEST(ProgramChecksTest, OptionsStayWithoutFlags) {
-    set_four_fields();
-    no_lookup_target = true;
-    field_number(1).data_manip_source = 0xFF; // field one comes before its other parts
-    field_number(2).bit_values2 = AUTOINCREMENT_FIELD;
-    field_number(2).input_source = SOURCE_LOOKUP_FILE;
-    global_options = {9, 9, 9, 1, 9, 9, 9, 9};
-    derive_global_options(false);
-    EXPECT_EQ(options(), (std::array{1, 2, 1, 0, 1, 9, 9, 9}));
-    EXPECT_FALSE(no_lookup_target);
-}
-
 TEST(DisplayTest, FieldsOfOneScreenOverwriteEachOtherInOrder) {
     const std::list<FIELD_DEFINITION> fields = {
         placed(0, 0, 3, 19, NEW_SCREEN, INPUT_DATA, "another screen", ""),
@@ -303,9 +299,6 @@ TEST(DisplayTest, FieldsOfOneScreenOverwriteEachOtherInOrder) {
     };
     for (const auto& [current, bits, type, lines] : cases)
         EXPECT_EQ(shown(fields, current, placed(1, 0, 1, 9, bits, type, "Bin:/", "__")), lines);
-}
-
-TEST(DisplayTest, NoPositionReachesBeyondTheCells) {
     // Where the end is before the start, there is no room for the prompt, and the pattern wraps.
     EXPECT_EQ(shown({}, 0, placed(3, 18, 0, 1, 0, INPUT_DATA, "prompt", "abcdef")),
               "cd|||..................ab|");
