@@ -43,13 +43,10 @@ add_executable(logic_tests
     tests/lookup_test.cpp
     tests/memory_test.cpp
     tests/monitor_test.cpp
-    tests/program_checks_test.cpp
-    tests/program_display_test.cpp
-    tests/program_fields_test.cpp
-    tests/program_file_test.cpp
+    tests/program_test.cpp
     tests/program_text_test.cpp
-    tests/setup_file_test.cpp
-    tests/setup_formats_test.cpp)
+    tests/setup_formats_test.cpp
+    tests/system_files_test.cpp)
 target_link_libraries(logic_tests PRIVATE tolvan_test_seams GTest::gtest_main)
 target_compile_definitions(logic_tests PRIVATE TOLVAN_SAMPLES="${CMAKE_SOURCE_DIR}/samples"
                                                TOLVAN_TEST_DATA="${CMAKE_SOURCE_DIR}/tests/data")

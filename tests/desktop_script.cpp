@@ -4,17 +4,25 @@
 #include <cstdlib>
 #include <utility>
 
-struct STATUS_BOX {};
+struct STATUS_BOX {
+    bool is_open;
+};
 
 namespace {
 
 std::vector<ANNOUNCED_MESSAGE> announced;
 STATUS_BOX status_box;
-bool status_box_open = false;
 
-void require_status_box(STATUS_BOX* box) {
-    if (box != &status_box || !status_box_open)
-        stop_test("a progress box used that is not open");
+std::string message_box(const std::string& text, const std::string& caption, MESSAGE_ICON icon,
+                        MESSAGE_BUTTONS buttons) {
+    return '"' + text + "\" under \"" + caption + "\", icon " + std::to_string(static_cast<int>(icon)) +
+           ", buttons " + std::to_string(static_cast<int>(buttons));
+}
+
+void log_status(STATUS_BOX* box, bool was_open, const std::string& text) {
+    if (box->is_open != was_open)
+        stop_test("progress box out of turn: " + text);
+    desktop_status_log.push_back(text);
 }
 
 } // namespace
@@ -24,21 +32,12 @@ void stop_test(const std::string& why) {
     std::abort();
 }
 
-std::map<std::string, std::string> desktop_settings;
-std::uint32_t desktop_clock = 0;
-std::uint32_t desktop_clock_step = 1;
-LOCAL_TIME desktop_time = {2026, 11, 21, 9, 5};
-int desktop_beeps = 0;
-std::optional<std::string> desktop_temporary_file;
-std::vector<std::string> desktop_status_log;
-
 void expect_message(const std::string& text, const std::string& caption, MESSAGE_ICON icon,
                     MESSAGE_BUTTONS buttons, BUTTON answer) {
-    announced.push_back({text, caption, icon, buttons, answer});
+    announced.push_back({message_box(text, caption, icon, buttons), answer});
 }
 
 std::vector<ANNOUNCED_MESSAGE> reset_desktop() {
-    const std::vector<ANNOUNCED_MESSAGE> left = std::exchange(announced, {});
     desktop_settings.clear();
     desktop_clock = 0;
     desktop_clock_step = 1;
@@ -46,20 +45,19 @@ std::vector<ANNOUNCED_MESSAGE> reset_desktop() {
     desktop_beeps = 0;
     desktop_temporary_file.reset();
     desktop_status_log.clear();
-    status_box_open = false;
-    return left;
+    status_box.is_open = false;
+    return std::exchange(announced, {});
 }
 
 BUTTON show_message(WINDOW, const std::string& text, const std::string& caption, MESSAGE_ICON icon,
                     MESSAGE_BUTTONS buttons) {
-    if (announced.empty())
-        stop_test("unannounced message \"" + text + "\" under \"" + caption + "\"");
-    const ANNOUNCED_MESSAGE next = announced.front();
+    const std::string shown = message_box(text, caption, icon, buttons);
+    const auto [expected, answer] =
+        announced.empty() ? ANNOUNCED_MESSAGE{"no box", BUTTON::OK} : announced.front();
+    if (shown != expected)
+        stop_test("message box " + shown + " where " + expected + " was announced");
     announced.erase(announced.begin());
-    if (next != ANNOUNCED_MESSAGE{text, caption, icon, buttons, next.answer})
-        stop_test("message \"" + text + "\" under \"" + caption + "\" where \"" + next.text + "\" under \"" +
-                  next.caption + "\" was announced (or icon or buttons differ)");
-    return next.answer;
+    return answer;
 }
 
 void beep() {
@@ -67,29 +65,23 @@ void beep() {
 }
 
 STATUS_BOX* open_status_box(int mode) {
-    if (status_box_open)
-        stop_test("a second progress box");
-    status_box_open = true;
-    desktop_status_log.push_back("open " + std::to_string(mode));
+    log_status(&status_box, false, "open " + std::to_string(mode));
+    status_box.is_open = true;
     return &status_box;
 }
 
 void update_status_bar(STATUS_BOX* box, std::int64_t position, std::int64_t size) {
-    require_status_box(box);
-    desktop_status_log.push_back("update " + std::to_string(position) + "/" + std::to_string(size));
+    log_status(box, true, "update " + std::to_string(position) + "/" + std::to_string(size));
 }
 
 void close_status_box(STATUS_BOX* box) {
-    require_status_box(box);
-    status_box_open = false;
-    desktop_status_log.push_back("close");
+    log_status(box, true, "close");
+    box->is_open = false;
 }
 
 std::uint32_t read_setting_number(const char* section, const char* key, std::uint32_t missing) {
-    const auto found = desktop_settings.find(std::string(section) + "/" + key);
-    if (found == desktop_settings.end())
-        return missing;
-    return static_cast<std::uint32_t>(std::strtoul(found->second.c_str(), nullptr, 10));
+    const std::string value = read_setting_text(section, key, std::to_string(missing), std::string::npos);
+    return static_cast<std::uint32_t>(std::strtoul(value.c_str(), nullptr, 10));
 }
 
 std::string read_setting_text(const char* section, const char* key, const std::string& missing,
@@ -107,7 +99,7 @@ std::uint32_t tick_count() {
 }
 
 void rest() {
-    desktop_clock += desktop_clock_step;
+    tick_count();
 }
 
 LOCAL_TIME local_time() {

@@ -10,12 +10,8 @@
 #include <vector>
 
 struct ANNOUNCED_MESSAGE {
-    std::string text;
-    std::string caption;
-    MESSAGE_ICON icon;
-    MESSAGE_BUTTONS buttons;
+    std::string box; // text, caption, icon and buttons
     BUTTON answer;
-    bool operator==(const ANNOUNCED_MESSAGE&) const = default;
 };
 
 // Aborts the test with this reason.
@@ -29,10 +25,11 @@ void expect_message(const std::string& text, const std::string& caption, MESSAGE
 // Forgets everything announced, all settings and the clock. Returns what was announced but never shown.
 std::vector<ANNOUNCED_MESSAGE> reset_desktop();
 
-extern std::map<std::string, std::string> desktop_settings; // "SECTION/KEY" to value
-extern std::uint32_t desktop_clock;                         // milliseconds
-extern std::uint32_t desktop_clock_step;                    // how far a reading moves it
-extern LOCAL_TIME desktop_time;
-extern int desktop_beeps;
-extern std::optional<std::string> desktop_temporary_file; // the next one; empty: none can be made
-extern std::vector<std::string> desktop_status_log;       // "open 4", "update 128/500", "close"
+// A test may change these, and looks into them; reset_desktop sets them.
+inline std::map<std::string, std::string> desktop_settings; // "SECTION/KEY" to value
+inline std::uint32_t desktop_clock = 0;                     // milliseconds
+inline std::uint32_t desktop_clock_step = 1;                // how far a reading moves it
+inline LOCAL_TIME desktop_time;
+inline int desktop_beeps;
+inline std::optional<std::string> desktop_temporary_file; // the next one; empty: none can be made
+inline std::vector<std::string> desktop_status_log;       // "open 4", "update 128/500", "close"

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <tuple>
 
 namespace {
 
@@ -14,10 +15,7 @@ std::string rewritten(char kind, std::string_view text) {
 
 TEST(LookupTest, AStringIsReadByItsRulesAndWrittenInOrder) {
     const std::string full = "T," + std::string(245, 'x');
-    const struct {
-        char kind;
-        std::string text, written;
-    } cases[] = {
+    const std::tuple<char, std::string, std::string> cases[] = {
         {'T', "TA,RED,GREEN,?Bad, or?", "TA,RED,GREEN,?Bad, or?"},
         {'T', "t,A,B", "T,A,B"},
         {'T', "TXpza", "TAP"},
@@ -32,8 +30,8 @@ TEST(LookupTest, AStringIsReadByItsRulesAndWrittenInOrder) {
         {'F', "F,LONGERNAME,,0,x,,4,9,9,?m", "F,LONGERNA,1,1,1,1,1,?m"},
         {'F', "F,K/C4SEH/C4USER", "F,K/C4SEH/C4US,1,1,1,1,1"}, // eight characters as the portable counts
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(rewritten(c.kind, c.text), c.written) << c.text;
+    for (const auto& [kind, text, written] : cases)
+        EXPECT_EQ(rewritten(kind, text), written) << text;
     EXPECT_EQ(lookup_table_text({{true, true, "m"}, {""}}), "TAP,,,?m") << "one empty entry";
 }
 
@@ -66,10 +64,7 @@ TEST(LookupTest, MarksInTypedTextBreakNoString) {
 }
 
 TEST(LookupTest, AFileIsCheckedInOrderAndItsTargetNoted) {
-    const struct {
-        const char *text, *target_field, *fault;
-        int target;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*, int> cases[] = {
         {"FD1,,1,1,1,0,3", "99", "", 99},
         {"F,,1,1,1,0,3", "", "", 55},
         {"FD1,,1,1,1,4,10", "100", "Start Row/End Row Greater than 3|Lookup File Definition", 55},
@@ -77,13 +72,13 @@ TEST(LookupTest, AFileIsCheckedInOrderAndItsTargetNoted) {
         {"F,,1,1,1,1,", "100", "Valid Target Field value is 0-99|Target Field Error", 0},
         {"FD1,", "", "If Add Display Field is selected,\nTarget Field must be entered.|Target Field", 55},
     };
-    for (const auto& c : cases) {
-        LOOKUP_FILE file = parse_lookup_file(c.text);
-        file.target_field = c.target_field;
+    for (const auto& [text, target_field, message, noted] : cases) {
+        LOOKUP_FILE file = parse_lookup_file(text);
+        file.target_field = target_field;
         target = 55;
         const EDIT_FAULT fault = find_lookup_file_fault(file);
-        EXPECT_EQ(fault.text + (fault.text.empty() ? "" : "|") + fault.caption, c.fault);
-        EXPECT_EQ(target, c.target) << c.fault;
+        EXPECT_EQ(fault.text + (fault.text.empty() ? "" : "|") + fault.caption, message);
+        EXPECT_EQ(target, noted) << text;
     }
 }
 

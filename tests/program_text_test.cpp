@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 
 TEST(EscapedTextTest, StoresWhatIsTypedAndShowsWhatIsStored) {
-    struct {
-        const char *typed, *stored, *shown;
-    } const cases[] = {
+    const char* const cases[][3] = {
         {"/0d/0Aa//b", "\r\na/b", "/0D/0Aa//b"},
         {"/00/Ff/aB", "\xFF\xFF\xAB", "/00/00/AB"},
         {"/7E/20/7F\xE9/1F/80", "~ \x7F\xE9\x1F\x80", "~ /7F/E9/1F/80"},
@@ -14,9 +12,9 @@ TEST(EscapedTextTest, StoresWhatIsTypedAndShowsWhatIsStored) {
         {"///41", "/A", "//A"},
         {"/@0/`0/:0", "", ""},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(translate_string_to_hex(c.typed), c.stored) << c.typed;
-        EXPECT_EQ(translate_hex_to_string(c.stored), c.shown) << c.typed;
+    for (const auto& [typed, stored, shown] : cases) {
+        EXPECT_EQ(translate_string_to_hex(typed), stored) << typed;
+        EXPECT_EQ(translate_hex_to_string(stored), shown) << typed;
     }
 }
 

@@ -3,6 +3,7 @@
 #include "tests/desktop_script.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 TEST(SetupFormatTest, EveryByteIsShownAndReadBack) {
     const std::pair<VALUE_FORMAT, std::string> cases[] = {
@@ -28,11 +29,7 @@ TEST(StepTest, LimitsHoldOrWrap) {
     constexpr STEP_RANGE CODES = {.lowest = 0, .highest = 0xF9};
     constexpr STEP_RANGE WRAPPED = {.lowest = 0, .highest = 9, .wraps = true};
     constexpr unsigned HELD = 1000; // with a beep
-    struct {
-        decltype(&step_value) step;
-        const STEP_RANGE& range;
-        unsigned value, up, down;
-    } const cases[] = {
+    const std::tuple<decltype(&step_value), STEP_RANGE, unsigned, unsigned, unsigned> cases[] = {
         {step_value, SIZES, 59, 60, 57}, // the limits of each value are tried in its dialog
         {step_value, SIZES, 255, HELD, 253},
         {step_value, WRAPPED, 200, 0, 9},
@@ -42,10 +39,10 @@ TEST(StepTest, LimitsHoldOrWrap) {
         {step_termination_code, CODES, 0xF0, 0xF1, 0x9B},
         {step_termination_code, CODES, 0xFF, HELD, 0xFE},
     };
-    for (const auto& c : cases) {
+    for (const auto& [step, range, value, up, down] : cases) {
         reset_desktop();
-        EXPECT_EQ(c.step(c.value, 1, c.range).value_or(HELD), c.up) << c.value;
-        EXPECT_EQ(c.step(c.value, -1, c.range).value_or(HELD), c.down) << c.value;
-        EXPECT_EQ(desktop_beeps, (c.up == HELD) + (c.down == HELD)) << c.value;
+        EXPECT_EQ(step(value, 1, range).value_or(HELD), up) << value;
+        EXPECT_EQ(step(value, -1, range).value_or(HELD), down) << value;
+        EXPECT_EQ(desktop_beeps, (up == HELD) + (down == HELD)) << value;
     }
 }
