@@ -3,6 +3,7 @@
 #include "program/Prog.h"
 #include "program/Prog_file.h"
 #include "setup/SETUP.h"
+#include "tests/file_script.h"
 #include "tests/test_files.h"
 
 namespace {
@@ -51,7 +52,10 @@ const FILE_KIND SETUP = {"Setup",        open_setup, save_setup_file, read_bytes
 class SystemFileTest : public FILE_TEST {
 protected:
     std::string saved_bytes(const FILE_KIND& kind) const {
+        write_bytes(path("~TOLVAN0.TMP"), "the operator's");
         kind.save(path("SAVED"));
+        EXPECT_EQ(read_bytes(path("~TOLVAN0.TMP")), "the operator's")
+            << "a name that is taken is not for working";
         return read_bytes(path("SAVED"));
     }
     void expect_outcome(const FILE_KIND& kind, const std::string& bytes, const OUTCOME& outcome) const {

@@ -4,7 +4,6 @@
 #include "app/checksum.h"
 #include "app/files.h"
 #include "tests/desktop_script.h"
-#include "tests/library_script.h"
 
 #include <filesystem>
 #include <fstream>

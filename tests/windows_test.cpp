@@ -6,6 +6,7 @@
 #include "comm/PCOM_screens.h"
 #include "comm/line_win32.h"
 #include "comm/transfer_screen.h"
+#include "files/FILEGEN_screens.h"
 #include "resources/control.h"
 #include "resources/define.h"
 
@@ -131,6 +132,12 @@ TEST(IniFile, IsProbedWithoutATrace) {
     EXPECT_EQ(GetFileAttributesA(name.c_str()), INVALID_FILE_ATTRIBUTES);
     EXPECT_FALSE(can_write_file(name + "\\no such folder\\TolvanP.INI"));
     EXPECT_FALSE(can_write_file("C:\\")); // a folder
+}
+
+// The list of intervals is drawn by its owner.
+TEST(RepetitiveEdits, NameTheirIntervals) {
+    EXPECT_EQ(interval_text(1) + interval_text(2) + interval_text(3) + interval_text(4) + interval_text(21),
+              "everyevery 2ndevery 3rdevery 4thevery 21th");
 }
 
 } // namespace

@@ -40,8 +40,9 @@ LOOKUPS = [  # of a field, what the operator does, and what the field then holds
     (b"fd3s,PARTS,2,,9", [
         "Define", shows(FILE), holds("Error Message Display: Input Not Found In  "),
         "Lookup Filename", shows("Open"), ROOT / "PARTSLIST", shows(FILE), holds("Lookup Filename: PARTSLIS"),
-        "Lookup Filename: ,?|Start Row: 4", "OK", shows(FILE, "X Start Row/End Row Greater than 3"), IDOK,
-        lambda _: settle(), shows(FILE), f"Start Row: |Target Field: 07|Disable View Lookup|Error Message: {MESSAGE}x",
+        "Lookup Filename: ,?|Start Row: 4", "OK",
+        asks("X Start Row/End Row Greater than 3", IDOK, FILE, FILE),
+        f"Start Row: |Target Field: 07|Disable View Lookup|Error Message: {MESSAGE}x",
         holds("Error Message Display: " + MESSAGE[:20]), key(VK_RETURN), WARNS_OF_TARGET],
      b"FD07S,PARTSLIS,2,1,9,1,1,?" + MESSAGE.encode()),
     (b"", [defines(TABLE)[:2], key(VK_DOWN, VK_RETURN), shows(TABLE), "OK"], b"T")]

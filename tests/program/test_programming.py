@@ -4,13 +4,12 @@ import operator
 import os
 import struct
 
-from desktop import (IDCANCEL, IDNO, IDOK, IDYES, VK_DELETE, VK_DOWN, VK_INSERT, VK_RETURN, VK_TAB, WM_KEYDOWN, Window,
-                     call, focused, plain, press, text_in, wait_for)
+from desktop import (IDCANCEL, IDNO, IDOK, IDYES, VK_DELETE, VK_DOWN, VK_END, VK_ESCAPE, VK_HOME, VK_INSERT, VK_RETURN,
+                     VK_SPACE, VK_TAB, WM_KEYDOWN, Window, call, focused, plain, press, text_in, wait_for)
 from looks import text_size
 from script import ScriptTest, asks, closes, disabled, holds, key, row, run, shows, spin, the_list
 from tolvan import ID, TITLE, Program, crc, windows_path
 
-VK_ESCAPE, VK_SPACE, VK_END, VK_HOME = 0x1B, 0x20, 0x23, 0x24
 EM_SETSEL, WM_CONTEXTMENU, MN_GETHMENU, MF_GRAYED, MF_BYPOSITION = 0xB1, 0x7B, 0x1E1, 1, 0x400
 EMPTY = "\x7F"  # cell of the portable's display
 
