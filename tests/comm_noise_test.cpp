@@ -2,9 +2,7 @@
 // the line does, the receiver stores a prefix of what was sent, in whole blocks.
 #include "tests/comm_test.h"
 
-#include <algorithm>
 #include <cmath>
-#include <deque>
 #include <random>
 #include <semaphore>
 #include <thread>
@@ -19,8 +17,8 @@ constexpr std::uint32_t IDLE_STEP = 1000; // ms that pass when neither end has a
 // done.
 struct END {
     LINE line;
-    std::deque<char> incoming;
-    std::string arrived; // all that ever came in
+    std::string arrived;
+    std::size_t read = 0; // bytes of that
     std::binary_semaphore baton{0};
     bool is_done = false;
 };
@@ -31,26 +29,23 @@ std::pair<int, std::string> run_transfer(const std::function<std::string(char by
     END sender, receiver;
     line_script.write = [&](LINE* from, std::uint8_t byte) {
         END& to = from == &sender.line ? receiver : sender;
-        const std::string bytes = noise(static_cast<char>(byte));
-        to.incoming.insert(to.incoming.end(), bytes.begin(), bytes.end());
-        to.arrived += bytes;
+        to.arrived += noise(static_cast<char>(byte));
         return LINE_WRITE::DONE;
     };
     line_script.read = [&](LINE* at, std::uint8_t* byte) {
         END& end = at == &sender.line ? sender : receiver;
         END& other = at == &sender.line ? receiver : sender;
-        if (end.incoming.empty()) {
-            if (other.is_done || other.incoming.empty())
+        if (end.read == end.arrived.size()) {
+            if (other.is_done || other.read == other.arrived.size())
                 desktop_clock += IDLE_STEP;
             if (!other.is_done) {
                 other.baton.release();
                 end.baton.acquire();
             }
         }
-        if (end.incoming.empty())
+        if (end.read == end.arrived.size())
             return false;
-        *byte = static_cast<std::uint8_t>(end.incoming.front());
-        end.incoming.pop_front();
+        *byte = static_cast<std::uint8_t>(end.arrived[end.read++]);
         return true;
     };
     int result = 0;

@@ -1,7 +1,5 @@
 #include "tests/comm_test.h"
 
-#include "comm/PCOM_log.h"
-
 #include <numeric>
 
 CommTest::CommTest() {
@@ -21,7 +19,6 @@ void start_over() {
     phone_number.clear();
     auto_receive_flag = false;
     auto_receive_counter = 0;
-    log_entry = {};
 }
 
 std::string numbered_bytes(std::size_t count) {

@@ -13,11 +13,7 @@ namespace {
 constexpr std::uint32_t QUERY_LIMIT = 50'000'000; // a transfer that polls this often will never end
 constexpr std::uint32_t PAUSE = 1000;             // ms
 
-struct COMING_BYTE {
-    std::uint8_t byte;
-    std::uint32_t at;
-};
-std::deque<COMING_BYTE> coming;
+std::deque<std::pair<std::uint32_t, char>> coming; // bytes, and when they do
 LINE the_line;
 std::optional<std::uint32_t> last_byte_at; // that was sent, with no other event since
 
@@ -52,7 +48,7 @@ void reset_line() {
 
 void line_brings(const std::string& bytes, std::uint32_t at) {
     for (const char c : bytes)
-        coming.push_back({static_cast<std::uint8_t>(c), at});
+        coming.emplace_back(at, c);
 }
 
 OPENED_LINE open_line(const LINE_SETTINGS& settings) {
@@ -77,9 +73,9 @@ std::uint32_t clear_line_error(LINE*, LINE_STATUS* status) {
 bool read_line_byte(LINE* line, std::uint8_t* byte) {
     if (line_script.read)
         return line_script.read(line, byte);
-    if (coming.empty() || coming.front().at > desktop_clock)
+    if (coming.empty() || coming.front().first > desktop_clock)
         return false;
-    *byte = coming.front().byte;
+    *byte = static_cast<std::uint8_t>(coming.front().second);
     coming.pop_front();
     return true;
 }
