@@ -80,6 +80,7 @@ TEST_F(CommNoise, ANoisyLineNeverStoresOtherBytes) {
             for (char& c : data)
                 c = static_cast<char>(random() % 3 == 0 ? 0 : random());
         write_bytes("SENT.DAT", data);
+        std::filesystem::remove("RECEIVED.DAT");
         std::uint64_t clean = gap(random);
         const auto noise = [&](char byte) {
             if (!crc_mode && byte == 'C' && line_record.counters[COUNTER::STATUS] == "Waiting")

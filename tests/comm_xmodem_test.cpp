@@ -7,8 +7,8 @@ using CommXmodem = CommTest;
 constexpr auto SEND = xmodem_send_file, FLASH = xmodem_send_flash, RECEIVE = xmodem_receive_file;
 constexpr char FILE_NAME[] = "FILE.DAT";
 constexpr char DISK[] = "/dev/full"; // takes nothing
-constexpr char OPENING[] = "Error Opening File";
-constexpr char STORING[] = "cbWrite error", WRITING[] = "File Write Error";
+constexpr char OPEN[] = "Error Opening File";
+constexpr char STORE[] = "cbWrite error", WRITE[] = "File Write Error";
 constexpr std::uint32_t LEAD = 500; // ms until the other side says anything of its own
 
 std::string spoiled(std::string frame, std::size_t at) {
@@ -42,8 +42,8 @@ struct CASE {
     std::string file;                 // what is sent, or what has been received
     std::string coming;               // what the other side says of its own
     std::vector<std::string> answers; // of the other side, to each frame or to each byte of a receiver
-    int result;
-    std::string sent, counters; // blocks, bytes and errors as shown at the end
+    int result;                       // a TRANSFER_RESULT
+    std::string sent, counters;       // blocks, bytes and errors as shown at the end
     std::uint32_t time = 0, retries = 10;
     const char* path = FILE_NAME;
     std::vector<std::string> messages = {};
@@ -79,18 +79,18 @@ const CASE CASES[] = {
     {"bad sum", RECEIVE, B1, "", after_silence(15, {Y1, S1, EOT}), 0, C15 + N + N + A + A, "1/128/1", 30000},
     {"a repeated frame", RECEIVE, SHORT, "", {F1, F1, F2, EOT}, 0, "C" + A + N + A + A, "2/256/1"},
     {"retries exhausted", RECEIVE, "", "", {X1, X1, X1, F1}, -7, "C" + N + N + N + CAN, "//3", 0, 2},
-    {"restored", RECEIVE, SHORT, "", {X1, F1, X2, F2, EOT}, 0, "C" + N + A + N + A + A, "2/256/2", 0, 1},
+    {"more retries", RECEIVE, SHORT, "", {X1, F1, X2, F2, EOT}, 0, "C" + N + A + N + A + A, "2/256/2", 0, 1},
     {"CAN starts a frame", RECEIVE, SHORT, "", {F1, CAN + F2.substr(1), EOT}, 0, "C" + A + A + A, "2/256/0"},
     {"nothing but fill", RECEIVE, "", "", {frame_of(1, "", true), EOT}, 0, "C" + A + A, "1/128/0"},
 
-    {"no file", SEND, "", "", {}, -6, "", "//", 0, 0, "missing/FILE", {OPENING}},
-    {"no folder", ascii_receive_file, OLD, "", {}, -6, "", "//", 0, 0, "missing/FILE", {OPENING}},
+    {"no file", SEND, "", "", {}, -6, "", "//", 0, 0, "missing/FILE", {OPEN}},
+    {"no folder", ascii_receive_file, OLD, "", {}, -6, "", "//", 0, 0, "missing/FILE", {OPEN}},
     {"what cannot be read is no empty file", SEND, "", "C", {}, -6, CAN, "//0", 0, 0, "."},
-    {"sent plain", ascii_send_file, "", "", {}, -6, "", "//", 0, 0, "."},
-    {"full", RECEIVE, OLD, "", {F1, F2, EOT}, -6, "C" + A + CAN, "2/256/0", 0, 0, DISK, {STORING, WRITING}},
+    {"nor is it one when sent plain", ascii_send_file, "", "", {}, -6, "", "//", 0, 0, "."},
+    {"full disk", RECEIVE, OLD, "", {F1, F2, EOT}, -6, "C" + A + CAN, "2/256/0", 0, 0, DISK, {STORE, WRITE}},
     // The very last block, which the sender has already been told is safe.
-    {"at the end", RECEIVE, OLD, "", {F1, EOT}, -6, "C" + A + A, "1/128/0", 0, 0, DISK, {WRITING}},
-    {"plain", ascii_receive_file, OLD, "C", {}, -6, "", "//", 0, 0, DISK, {WRITING}},
+    {"full at the end", RECEIVE, OLD, "", {F1, EOT}, -6, "C" + A + A, "1/128/0", 0, 0, DISK, {WRITE}},
+    {"full disk for a plain file", ascii_receive_file, OLD, "C", {}, -6, "", "//", 0, 0, DISK, {WRITE}},
 };
 
 void prepare(const CASE& c) {

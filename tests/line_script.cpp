@@ -13,22 +13,21 @@ namespace {
 constexpr std::uint32_t QUERY_LIMIT = 50'000'000; // a transfer that polls this often will never end
 constexpr std::uint32_t PAUSE = 1000;             // ms
 
-std::deque<std::pair<std::uint32_t, char>> coming; // bytes, and when they do
+std::deque<std::pair<std::uint32_t, char>> coming; // when each byte can be read, and the byte
 LINE the_line;
-std::optional<std::uint32_t> last_byte_at; // that was sent, with no other event since
 
 void note(const std::string& text) {
     std::string& events = line_record.events;
     events += (events.empty() ? "" : "|") + std::to_string(desktop_clock / 100) + " " + text;
-    last_byte_at.reset();
+    line_record.last_sent_at.reset();
 }
 
 void note_sent(std::uint8_t byte) {
-    if (!last_byte_at || desktop_clock - *last_byte_at > PAUSE)
+    if (!line_record.last_sent_at || desktop_clock - *line_record.last_sent_at > PAUSE)
         note("> ");
     line_record.events += static_cast<char>(byte);
     line_record.sent += static_cast<char>(byte);
-    last_byte_at = desktop_clock;
+    line_record.last_sent_at = desktop_clock;
 }
 
 bool is_query_answered_with_fault() {
@@ -43,7 +42,6 @@ void reset_line() {
     line_script = {};
     line_record = {};
     coming.clear();
-    last_byte_at.reset();
 }
 
 void line_brings(const std::string& bytes, std::uint32_t at) {

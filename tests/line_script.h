@@ -36,7 +36,8 @@ struct LINE_RECORD {
     // "0 open|11 STATUS Waiting": each with its tenth of a second; "button Cancel", "file A.001",
     // "ask number 555", "close", or "> " and bytes that were sent without a pause.
     std::string events;
-    std::uint32_t queries = 0; // looks at the carrier and at Cancel
+    std::optional<std::uint32_t> last_sent_at; // time of the last byte, with no other event since
+    std::uint32_t queries = 0;                 // looks at the carrier and at Cancel
     int open_lines = 0;
 };
 extern LINE_RECORD line_record;
