@@ -64,11 +64,11 @@ TEST_F(CommTransfer, AutoReceiveGoesOnAfterFailures) {
     comm_settings.interface_mode = INTERFACE_MODEM;
     line_brings(frame_of(1, "data", true), 90'000);
     line_brings(frame_of(2, "data", true), 109'000);
-    line_brings("\x01", 128'000);
-    line_brings(frame_of(1, "data", true) + "\x01", 150'000);
-    line_script.carrier = {4'000, 140'000, 146'000, 155'000, 190'000, 191'000};
-    EXPECT_EQ(log_of_auto_receive("DATA.TXT", 220'000),
-              XMODEM_START + "DATA.TXT     256    TIMEOUT\n" + XMODEM_START +
+    line_brings(frame_of(3, "data", true) + "\x01", 128'000);
+    line_brings(frame_of(1, "data", true) + "\x01", 170'000);
+    line_script.carrier = {4'000, 160'000, 166'000, 175'000, 210'000, 211'000};
+    EXPECT_EQ(log_of_auto_receive("DATA.TXT", 240'000),
+              XMODEM_START + "DATA.TXT     384    TIMEOUT\n" + XMODEM_START +
                   "DATA.TXT     128    LOSS OF CARRIER\n" + std::string(76, ' ') + "LOSS OF CARRIER\n");
 }
 
