@@ -42,18 +42,20 @@ std::string log_of_auto_receive(const std::string& name, std::uint32_t cancel_at
 const std::string START = "11-21-2026 09:05 am 09:05 am   9600  ";
 const std::string XMODEM_START = START + "XMODEM   XON/XOFF  ";
 
-// The flow column follows the protocol, whatever the flow control is; a second session appends to the log.
+// The flow column follows the protocol, whatever the flow control is; a second session appends to the log. A
+// pause within five seconds ends no file.
 TEST_F(CommTransfer, AutoReceiveAppends) {
     std::string lines;
     for (const auto& [protocol, flow] : {std::pair{0U, "NONE   "}, {2U, "RTC/CTS"}}) {
         start_over();
         comm_settings.protocol = protocol;
         write_bytes("DATA.TXT", "before ");
-        line_brings("one ", 1'000);
-        line_brings("two ", 10'000);
-        const std::string line = START + "NONE     " + flow + "   DATA.TXT     3      OK\n";
-        EXPECT_EQ(log_of_auto_receive("DATA.TXT", 90'000), lines += line + line);
-        EXPECT_EQ(read_bytes("DATA.TXT"), "before one two ");
+        line_brings("one ", 6'000);
+        line_brings("two ", 10'900);
+        line_brings("three", 15'800);
+        lines += START + "NONE     " + flow + "   DATA.TXT     12     OK\n";
+        EXPECT_EQ(log_of_auto_receive("DATA.TXT", 90'000), lines);
+        EXPECT_EQ(read_bytes("DATA.TXT"), "before one two three");
     }
 }
 
