@@ -58,7 +58,7 @@ TEST_F(CommSettings, APortThatDoesNotOpenIsReportedAndNothingStarts) {
             line_script.opening = opening;
             expect_message(text, COMM_TITLE, MESSAGE_ICON::STOP);
             transfer(nullptr, "FILE.DAT");
-            EXPECT_EQ(event_texts(), "open");
+            EXPECT_EQ(line_record.events, "0 open");
             EXPECT_EQ(desktop_beeps, 0);
         }
 }

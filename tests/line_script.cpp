@@ -2,6 +2,7 @@
 
 #include "tests/desktop_script.h"
 
+#include <algorithm>
 #include <deque>
 
 LINE_SCRIPT line_script;
@@ -12,30 +13,27 @@ namespace {
 constexpr std::uint32_t QUERY_LIMIT = 50'000'000; // a transfer that polls this often will never end
 constexpr std::uint32_t PAUSE = 1000;             // ms
 
-struct COMING_BYTE {
-    std::uint8_t byte;
-    std::uint32_t at;
-};
-std::deque<COMING_BYTE> coming;
+std::deque<std::pair<std::uint32_t, char>> coming; // when each byte can be read, and the byte
 LINE the_line;
-std::uint32_t last_byte_at = 0; // that was sent
 
 void note(const std::string& text) {
-    line_record.events.push_back({desktop_clock, text});
+    std::string& events = line_record.events;
+    events += (events.empty() ? "" : "|") + std::to_string(desktop_clock / 100) + " " + text;
+    line_record.last_sent_at.reset();
 }
 
 void note_sent(std::uint8_t byte) {
-    if (line_record.events.empty() || desktop_clock - last_byte_at > PAUSE ||
-        !line_record.events.back().text.starts_with("> "))
+    if (!line_record.last_sent_at || desktop_clock - *line_record.last_sent_at > PAUSE)
         note("> ");
-    line_record.events.back().text += static_cast<char>(byte);
+    line_record.events += static_cast<char>(byte);
     line_record.sent += static_cast<char>(byte);
-    last_byte_at = desktop_clock;
+    line_record.last_sent_at = desktop_clock;
 }
 
-void count_query(std::uint32_t& queries) {
-    if (++queries > QUERY_LIMIT)
+bool is_query_answered_with_fault() {
+    if (++line_record.queries > QUERY_LIMIT)
         stop_test("endless polls");
+    return line_record.queries == line_script.fault_at_query;
 }
 
 } // namespace
@@ -48,7 +46,7 @@ void reset_line() {
 
 void line_brings(const std::string& bytes, std::uint32_t at) {
     for (const char c : bytes)
-        coming.push_back({static_cast<std::uint8_t>(c), at});
+        coming.emplace_back(at, c);
 }
 
 OPENED_LINE open_line(const LINE_SETTINGS& settings) {
@@ -73,26 +71,28 @@ std::uint32_t clear_line_error(LINE*, LINE_STATUS* status) {
 bool read_line_byte(LINE* line, std::uint8_t* byte) {
     if (line_script.read)
         return line_script.read(line, byte);
-    if (coming.empty() || coming.front().at > desktop_clock)
+    if (coming.empty() || coming.front().first > desktop_clock)
         return false;
-    *byte = coming.front().byte;
+    *byte = static_cast<std::uint8_t>(coming.front().second);
     coming.pop_front();
     return true;
 }
 
 LINE_WRITE write_line_byte(LINE* line, std::uint8_t byte) {
     const LINE_WRITE result = line_script.write ? line_script.write(line, byte) : LINE_WRITE::DONE;
-    if (result == LINE_WRITE::DONE) {
-        note_sent(byte);
-        if (line_script.heard)
-            line_script.heard(byte);
-    }
+    if (result != LINE_WRITE::DONE)
+        return result;
+    note_sent(byte);
+    const std::size_t heard = line_record.sent.size() / line_script.answered_size;
+    if (line_record.sent.size() % line_script.answered_size == 0 && heard <= line_script.answers.size())
+        line_brings(line_script.answers[heard - 1]);
     return result;
 }
 
 bool line_has_carrier(LINE*) {
-    count_query(line_record.carrier_queries);
-    return !line_script.has_carrier || line_script.has_carrier(line_record.carrier_queries);
+    const auto changes = std::count_if(line_script.carrier.begin(), line_script.carrier.end(),
+                                       [](std::uint32_t at) { return at <= desktop_clock; });
+    return !is_query_answered_with_fault() && changes % 2 == 1;
 }
 
 void show_counter(WINDOW, COUNTER counter, const std::string& text) {
@@ -110,8 +110,7 @@ void show_transfer_file(WINDOW, const std::string& name) {
 }
 
 bool is_cancel_button_pressed(WINDOW) {
-    count_query(line_record.cancel_queries);
-    return line_script.is_cancel_pressed && line_script.is_cancel_pressed(line_record.cancel_queries);
+    return is_query_answered_with_fault() || desktop_clock >= line_script.cancel_at;
 }
 
 bool ask_phone_number(WINDOW, std::string& number) {
