@@ -32,6 +32,7 @@ const std::string S1 = frame_of(1, B1, false), S2 = frame_of(2, B2, false);
 const std::string IMAGE = numbered_bytes(2000);
 const std::string L1 = frame_of(1, IMAGE.substr(0, 1024), false, 1024);
 const std::string L2 = frame_of(2, IMAGE.substr(1024), false, 1024);
+const std::string NULS(128, '\0'), NUL1 = frame_of(1, NULS, true);
 const std::string X1 = spoiled(F1, 9), X2 = spoiled(F2, 9), Y1 = spoiled(S1, 131);
 const std::string A = ACK, N = NAK;
 const std::string C15(15, 'C');
@@ -81,7 +82,8 @@ const CASE CASES[] = {
     {"retries exhausted", RECEIVE, "", "", {X1, X1, X1, F1}, -7, "C" + N + N + N + CAN, "//3", 0, 2},
     {"more retries", RECEIVE, SHORT, "", {X1, F1, X2, F2, EOT}, 0, "C" + N + A + N + A + A, "2/256/2", 0, 1},
     {"CAN starts a frame", RECEIVE, SHORT, "", {F1, CAN + F2.substr(1), EOT}, 0, "C" + A + A + A, "2/256/0"},
-    {"nothing but fill", RECEIVE, "", "", {frame_of(1, "", true), EOT}, 0, "C" + A + A, "1/128/0"},
+    {"NULs before the end", RECEIVE, NULS + B2, "", {NUL1, F2, EOT}, 0, "C" + A + A + A, "2/256/0"},
+    {"nothing but fill", RECEIVE, "", "", {NUL1, EOT}, 0, "C" + A + A, "1/128/0"},
 
     {"no file", SEND, "", "", {}, -6, "", "//", 0, 0, "missing/FILE", {OPEN}},
     {"no folder", ascii_receive_file, OLD, "", {}, -6, "", "//", 0, 0, "missing/FILE", {OPEN}},
