@@ -125,7 +125,6 @@ void update_sendreceive_status(HWND screen) {
     set_control_text(screen, IDC_SR_FILEMODE, summary.filemode);
 }
 
-// Unlike SetFocus this also moves the mark of the default button.
 // --- the choice of a file ---
 
 void show_file_size(HWND screen) {
