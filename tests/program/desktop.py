@@ -85,7 +85,7 @@ def settle():
 
 def focused(dialog=None):
     """The control that has the keyboard, in a dialog without the parts of controls."""
-    info = bytearray(struct.pack("i", 72) + bytes(68))
+    info = bytearray(struct.pack("i68x", 72))  # a GUITHREADINFO: its size in front, the focus as the fifth number
     call("GetGUIThreadInfo", Bridge.thread, info)
     control = Window(numbers_in(info)[4])
     while dialog and control and control.get("GetParent") != int(dialog):
