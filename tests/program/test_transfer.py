@@ -67,7 +67,8 @@ class UnattendedTest(ScriptTest):
                 sends = option == "-S="
                 stored = self.folder / (portable[-1] if sends else "stored.dat")
                 transfer = self.line.start(*portable, folder=self.folder)
-                program = self.start(arguments=[option + windows_path(path if sends else stored)])
+                program = self.start(arguments=[option + windows_path(path if sends else stored)],
+                                     settings={"COMM": {"FILEMODE": 1}})  # which numbers files in auto receive alone
                 self.assertEqual((program.wait_exit(3 * LIMIT), transfer.finish()), (0, 0))
                 self.assert_padded(stored.read_bytes(), sent, b"\0" if sends else b"\x1a")  # the sender's fill stays
 
