@@ -35,13 +35,25 @@ std::string good_file(std::size_t size, int type) {
 
 class ChecksumTest : public FILE_TEST {
 protected:
-    bool is_valid(const std::string& bytes, int type) const {
+    bool is_valid(const std::string& bytes, int type) {
         write_bytes(path("FILE"), bytes);
-        return isvalid_checksum(open_file(path("FILE"), "rb").get(), type);
+        file = open_file(path("FILE"), "rb");
+        return isvalid_checksum(file.get(), type);
     }
+    FILE_HANDLE file;
 };
 
 } // namespace
+
+TEST(CrcTest, BytesAndBlocksFollowOnEachOther) {
+    std::uint16_t crc = 0;
+    crc_block("1234", &crc);
+    crc_block("", &crc);
+    crc_16('5', &crc);
+    crc_block("678", &crc);
+    crc_update('9', crc);
+    EXPECT_EQ(crc, 0x31C3);
+}
 
 TEST_F(ChecksumTest, StampsAndVerifiesEveryKindOfFile) {
     for (const int type : TYPES)
@@ -50,6 +62,7 @@ TEST_F(ChecksumTest, StampsAndVerifiesEveryKindOfFile) {
             const std::string good = good_file(size, type);
             EXPECT_EQ(stamped(good.substr(0, size), type), good);
             EXPECT_TRUE(is_valid(good, type));
+            EXPECT_EQ(std::ftell(file.get()), type == LOOKUP_CHECKSUM ? 22L : static_cast<long>(size) + 2);
         }
 }
 
