@@ -167,13 +167,18 @@ TEST_F(SystemFileTest, ASetupKeepsItsItemsAndItsTextsUpToTheirLimits) {
         items += static_cast<char>(100 + item);
     std::string too_long = items;
     std::string cut = with_type(items, 'S');
+    const std::pair<std::string SETUP_RECORD::*, std::size_t> texts[] = {
+        {&SETUP_RECORD::PREAMBLEB, 32}, {&SETUP_RECORD::POSTAMBLEB, 32}, {&SETUP_RECORD::PHONENUM, 29},
+        {&SETUP_RECORD::MODEMINIT, 99}, {&SETUP_RECORD::SOT_TEXT, 250},  {&SETUP_RECORD::EOT_TEXT, 250}};
     char fill = '0';
-    for (const std::size_t limit : {32U, 32U, 29U, 99U, 250U, 250U}) {
+    for (const auto& [text, limit] : texts) {
         append_text(too_long, std::string(limit + 1000, ++fill));
         append_text(cut, std::string(limit, fill));
     }
     expect_outcome(SETUP, stamped(too_long, SETUP_CHECKSUM), OPENED);
-    EXPECT_EQ(setup_record.PHONENUM, std::string(29, '3'));
+    fill = '0';
+    for (const auto& [text, limit] : texts)
+        EXPECT_EQ(setup_record.*text, std::string(limit, ++fill)) << "cut when it is read";
     EXPECT_EQ(saved_bytes(SETUP), stamped(cut, SETUP_CHECKSUM));
     expect_library(SETUP, with_length_word(too_long, too_long.size()));
     expect_outcome(SETUP, with_length_word(too_long, 0x7C00), QUENDAL); // the mark of the earlier model
