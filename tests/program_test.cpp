@@ -148,6 +148,9 @@ TEST(ProgramFieldsTest, AreInsertedUpToTheMostAndCheckedBeforeASave) {
     EXPECT_TRUE(insert_field());
     EXPECT_EQ(field_list_total, 251);
     EXPECT_FALSE(insert_field());
+    field_list_selection = 250;
+    store_field({}); // on the end row
+    EXPECT_EQ(program_header.fields.size(), MAX_FIELDS);
     expect_refusal("");
     program_header.fields.push_back(placed(0, 0, 0, 9, NEW_SCREEN));
     expect_refusal("Maximum number of Field Definitions allowed is 250.");
@@ -223,9 +226,9 @@ TEST(ProgramChecksTest, RefusalsInTheirOrder) {
     expect_refusal(calculation);
     // Options are complete or unset.
     const std::pair<GLOBAL_DATA_OPTIONS, std::string> cases[] = {
-        {{0, 0, 5, 0, 0, 0, 0, 1}, ""},          {{1, 2, 5, 0, 1, 2, 3, 1}, ""},
-        {{1, 0, 5, 0, 0, 0, 0, 1}, increment},   {{0, 1, 5, 0, 0, 0, 0, 1}, increment},
-        {{1, 2, 5, 0, 1, 2, 2, 1}, calculation},
+        {{0, 0, 5, 0, 0, 0, 0, 1}, ""},        {{1, 2, 5, 0, 1, 2, 3, 1}, ""},
+        {{1, 2, 0, 0, 0, 0, 0, 1}, increment}, {{1, 0, 5, 0, 0, 0, 0, 1}, increment},
+        {{0, 1, 5, 0, 0, 0, 0, 1}, increment}, {{1, 2, 5, 0, 1, 2, 2, 1}, calculation},
     };
     for (const auto& [set, refusal] : cases) {
         global_options = set;
