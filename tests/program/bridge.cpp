@@ -23,8 +23,7 @@ LRESULT CALLBACK see_marker(int code, WPARAM wParam, LPARAM lParam) {
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
-// Waits until a thread has taken every message posted to it so far, and what those posted; 0 when it does
-// not.
+// Waits until a thread has taken every message posted to it so far, and what those posted; 0 in vain.
 ULONG_PTR settle(ULONG_PTR thread) {
     static HHOOK hook = SetWindowsHookExA(WH_GETMESSAGE, see_marker, nullptr, static_cast<DWORD>(thread));
     bool taken = hook != nullptr;
