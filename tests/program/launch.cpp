@@ -20,13 +20,13 @@ std::string bridge_path() {
     return own.substr(0, own.rfind('\\') + 1) + "bridge.dll";
 }
 
-// System libraries have one address in all processes, so the procedure's here is its address there.
+// LoadLibraryA is called there as a thread, as both take one pointer. System libraries have one address in
+// all processes, so the procedure's here is its address there.
 void load_bridge(HANDLE process) {
     const std::string path = bridge_path();
     void* there = VirtualAllocEx(process, nullptr, path.size() + 1, MEM_COMMIT, PAGE_READWRITE);
     WriteProcessMemory(process, there, path.c_str(), path.size() + 1, nullptr);
-    const auto load_library = reinterpret_cast<LPTHREAD_START_ROUTINE>(
-        reinterpret_cast<void*>(LoadLibraryA)); // one address as parameter
+    const auto load_library = reinterpret_cast<LPTHREAD_START_ROUTINE>(reinterpret_cast<void*>(LoadLibraryA));
     CloseHandle(CreateRemoteThread(process, nullptr, 0, load_library, there, 0, nullptr));
 }
 

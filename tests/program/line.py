@@ -16,7 +16,6 @@ import portable  # noqa: E402 (the stand-in's line procedures)
 
 
 class Line:
-
     def __init__(self):
         self.master = portable.open_line(COM1)
 
